@@ -1,0 +1,162 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * ovk_ethernet_enums: the enumerations of the public calls and of log messages.
+ *
+ * The numbers travel through records, classifier rules and state that outlives the code, so they never
+ * change; a gap in them stays a gap. _INVALID and _MAX bound an enumeration and are never stored.
+ */
+#ifndef OVK_ETHERNET_ENUMS_H
+#define OVK_ETHERNET_ENUMS_H
+
+/* What the classifier met that it can't serve. */
+enum ovk_ethernet_exception_type {
+    OVK_ETHERNET_EXCEPTION_TYPE_STATIC_FWD_NOT_SETUP = 1,
+    OVK_ETHERNET_EXCEPTION_TYPE_UNSUPPORTED_IEEE_802_3_PKT = 2,
+    OVK_ETHERNET_EXCEPTION_TYPE_INVALID_VLAN_TAG = 3,
+    OVK_ETHERNET_EXCEPTION_TYPE_INVALID_NUM_VLAN_TAGS = 4,
+    OVK_ETHERNET_EXCEPTION_TYPE_NO_FLOW_ID_DEFINED = 5,
+    OVK_ETHERNET_EXCEPTION_TYPE_NO_ENCAP_FLOW_FOUND = 6,
+    OVK_ETHERNET_EXCEPTION_TYPE_NO_STAG_MAPPING = 7,
+    OVK_ETHERNET_EXCEPTION_TYPE_UNKNOWN_ASSOCIATION = 8,
+    OVK_ETHERNET_EXCEPTION_TYPE_BINDING_ERROR = 9,
+    OVK_ETHERNET_EXCEPTION_TYPE_UNKNOWN_DEST_MAC = 10,
+    OVK_ETHERNET_EXCEPTION_TYPE_NO_OUTPUT_QOS_POLICY = 11,
+    OVK_ETHERNET_EXCEPTION_TYPE_ETH_MTU_FAILED = 12
+};
+
+/* What to do about it. */
+enum ovk_ethernet_exception_action_type {
+    OVK_ETHERNET_EXCEPTION_ACTION_TYPE_DROP = 1,
+    OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_CPU = 2,
+    OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_BDL = 3,
+    OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_PORT = 4,
+    OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_TVU_FUNC = 5
+};
+
+/* Nominal rate of a port. */
+enum ovk_ethernet_speed {
+    OVK_ETHERNET_SPEED_10M = 1,
+    OVK_ETHERNET_SPEED_100M = 2,
+    OVK_ETHERNET_SPEED_1G = 3,
+    OVK_ETHERNET_SPEED_2_5G = 4,
+    OVK_ETHERNET_SPEED_10G = 5
+};
+
+enum ovk_ethernet_duplex {
+    OVK_ETHERNET_DUPLEX_INVALID = 0,
+    OVK_ETHERNET_DUPLEX_HALF = 1,
+    OVK_ETHERNET_DUPLEX_FULL = 2,
+    OVK_ETHERNET_DUPLEX_MAX = 3
+};
+
+/* What a port does with and about PAUSE frames (IEEE 802.3 Annex 31B). */
+enum ovk_ethernet_flow_control_policy {
+    OVK_ETHERNET_FLOW_CONTROL_INVALID = 0,
+    OVK_ETHERNET_FLOW_CONTROL_RESPOND = 1,
+    OVK_ETHERNET_FLOW_CONTROL_FILTER = 2,
+    OVK_ETHERNET_FLOW_CONTROL_FORWARD = 3,
+    OVK_ETHERNET_FLOW_CONTROL_GENERATE = 4,
+    OVK_ETHERNET_FLOW_CONTROL_DROP_RX_GENERATE = 5,
+    OVK_ETHERNET_FLOW_CONTROL_MAX = 6
+};
+
+/* Spanning tree state of a port (IEEE 802.1Q). */
+enum ovk_ethernet_stp_state {
+    OVK_ETHERNET_STP_STATE_INVALID = 0,
+    OVK_ETHERNET_STP_STATE_DISABLED = 1,
+    OVK_ETHERNET_STP_STATE_FILTERING = 2,
+    OVK_ETHERNET_STP_STATE_LEARNING = 3,
+    OVK_ETHERNET_STP_STATE_FORWARDING = 4,
+    OVK_ETHERNET_STP_STATE_MAX = 5
+};
+
+/* Kinds of interface. */
+enum ovk_ethernet_intf_type {
+    INTERFACE_TYPE_INVALID = 0,
+    INTERFACE_TYPE_PHY = 1,
+    INTERFACE_TYPE_VLAN = 2,
+    INTERFACE_TYPE_SWITCH_VIRTUAL = 3,
+    INTERFACE_TYPE_AGGR = 4,
+    INTERFACE_TYPE_MAX = 5
+};
+
+/* What a port or aggregate does with a frame. */
+enum ovk_ethernet_fwd_mode {
+    OVK_ETHERNET_FWD_MODE_INVALID = 0,
+    OVK_ETHERNET_FWD_MODE_SWITCH_ACCESS = 1, /* switched, one VLAN */
+    OVK_ETHERNET_FWD_MODE_SWITCH_TRUNK = 2,  /* switched, many VLANs */
+    OVK_ETHERNET_FWD_MODE_SWITCH_TUNNEL = 3, /* switched, tunnel */
+    OVK_ETHERNET_FWD_MODE_HIGHER_LAYER = 4,  /* routed: traffic ends in the higher layers */
+    OVK_ETHERNET_FWD_MODE_STATIC = 5,        /* static port-to-port forwarding */
+    OVK_ETHERNET_FWD_MODE_MAX = 6
+};
+
+enum ovk_ethernet_stats_type {
+    OVK_ETHERNET_STATS_TYPE_INVALID = 0,
+    OVK_ETHERNET_STATS_TYPE_INTF = 1,
+    OVK_ETHERNET_STATS_TYPE_INTF_PCP = 2,
+    OVK_ETHERNET_STATS_TYPE_INTF_VLAN = 3,
+    OVK_ETHERNET_STATS_TYPE_MAX = 4
+};
+
+enum ovk_ethernet_policing_level {
+    OVK_ETHERNET_POLICING_LEVEL_INVALID = 0,
+    OVK_ETHERNET_POLICING_LEVEL_INTERFACE = 1,
+    OVK_ETHERNET_POLICING_LEVEL_INTERFACE_VLAN = 2,
+    OVK_ETHERNET_POLICING_LEVEL_INTERFACE_VLAN_PRI = 3,
+    OVK_ETHERNET_POLICING_LEVEL_INTERFACE_VLAN_PRI_MAC = 4,
+    OVK_ETHERNET_POLICING_LEVEL_INTERFACE_PRI = 5,
+    OVK_ETHERNET_POLICING_LEVEL_MAX = 6
+};
+
+/* How untagged traffic gets its VLAN. 2 and 6 aren't in use. */
+enum ovk_ethernet_vlan_assign_policy {
+    OVK_ETHERNET_VLAN_ASSIGN_PORT_BASED = 0,
+    OVK_ETHERNET_VLAN_ASSIGN_PORT_PROTO_BASED = 1,
+    OVK_ETHERNET_VLAN_ASSIGN_PORT_SMAC_BASED = 3,
+    OVK_ETHERNET_VLAN_ASSIGN_PORT_PRI_SMAC_BASED = 4,
+    OVK_ETHERNET_VLAN_ASSIGN_PROTO_BASED = 5,
+    OVK_ETHERNET_VLAN_ASSIGN_SMAC_BASED = 7,
+    OVK_ETHERNET_VLAN_ASSIGN_MAX = 8
+};
+
+enum ovk_ethernet_encap {
+    OVK_ETHERNET_ENCAP_INVALID = 0,
+    OVK_ETHERNET_ENCAP_DIX = 1,      /* Ethernet II framing */
+    OVK_ETHERNET_ENCAP_LLC_SNAP = 2, /* IEEE 802.2 LLC with SNAP */
+    OVK_ETHERNET_ENCAP_MAX = 3
+};
+
+/* Kinds of flow. 7 has no name. */
+enum ovk_ethernet_flow_type {
+    ETH_FLOW_TYPE_INVALID = 0,
+    ETH_FLOW_TYPE_SIMPLE_INGRESS = 1,
+    ETH_FLOW_TYPE_EXT_INGRESS_ASSOC = 2,
+    ETH_FLOW_TYPE_POLICING = 3,
+    ETH_FLOW_TYPE_SIMPLE_EGRESS = 4,
+    ETH_FLOW_TYPE_EGRESS_ENCAP = 5,
+    ETH_FLOW_TYPE_CPU_ORIGIN = 6,
+    ETH_FLOW_TYPE_MAX = 8
+};
+
+/* Actions of ingress and association flow rules. */
+enum ovk_ethernet_association_rule_type {
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_INVALID = 0,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_FORWARD = 1,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_SEND_TO_PORT = 2,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_BIND = 3,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_SEND_TO_CPU = 4,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_SEND_TO_BDL = 5,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_DROP = 6,
+    OVK_ETHERNET_ASSOCIATION_RULE_TYPE_MAX = 7
+};
+
+/* Actions of egress flow rules. */
+enum ovk_ethernet_egress_flow_rule_type {
+    OVK_ETHERNET_EGRESS_FLOW_RULE_TYPE_INVALID = 0,
+    OVK_ETHERNET_EGRESS_FLOW_RULE_TYPE_BIND = 1,
+    OVK_ETHERNET_EGRESS_FLOW_RULE_TYPE_DROP = 2,
+    OVK_ETHERNET_EGRESS_FLOW_RULE_TYPE_MAX = 3
+};
+
+#endif
