@@ -16,7 +16,7 @@ constexpr u32 max_priority = 7;
 
 u32 valid_target_port(ovk_module *module, const ovk_ethernet_exception_action &action)
 {
-    const ovk_ethernet_if_handle target = action.send_to_port.if_handle;
+    const ovk_eth_intf *target = action.send_to_port.if_handle;
     if (!ovk_eth_valid_if_handle(target))
         return OVK_FAIL(module, OVK_ETHERNET_E_INVALID_IF_HANDLE, "Invalid Interface handle 0x%08x\n",
                         ovk::word(target));

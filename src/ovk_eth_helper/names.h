@@ -13,21 +13,21 @@
 extern "C" const char *ovk_eth_error_name(u32 status);
 
 const char *ovk_eth_mac_channel_name(u32 channel);
-const char *ovk_eth_exception_name(u32 type);
-const char *ovk_eth_exception_action_name(u32 type);
-const char *ovk_eth_mac_speed_name(u32 speed);
-const char *ovk_eth_port_rate_name(u32 rate); // the same values, another fallback
-const char *ovk_eth_mac_duplex_name(u32 duplex);
-const char *ovk_eth_flow_control_policy_name(u32 policy);
-const char *ovk_eth_stp_state_name(u32 state);
-const char *ovk_eth_intf_type_name(u32 type);
-const char *ovk_eth_fwd_mode_name(u32 mode);
-const char *ovk_eth_stats_name(u32 type); // its fallback is the forwarding mode's
-const char *ovk_eth_police_level_name(u32 level);
-const char *ovk_eth_vlan_assign_policy_name(u32 policy);
-const char *ovk_ethernet_encap_type_name(u32 type);
-const char *ovk_eth_flow_type_name(u32 type);
-const char *ovk_eth_flow_action_name(u32 type);
-const char *ovk_eth_egress_flow_action_name(u32 type);
+const char *ovk_eth_exception_name(u32 value);
+const char *ovk_eth_exception_action_name(u32 value);
+const char *ovk_eth_mac_speed_name(u32 value);
+const char *ovk_eth_port_rate_name(u32 value); // the same values, another fallback
+const char *ovk_eth_mac_duplex_name(u32 value);
+const char *ovk_eth_flow_control_policy_name(u32 value);
+const char *ovk_eth_stp_state_name(u32 value);
+const char *ovk_eth_intf_type_name(u32 value);
+const char *ovk_eth_fwd_mode_name(u32 value);
+const char *ovk_eth_stats_name(u32 value); // its fallback is the forwarding mode's
+const char *ovk_eth_police_level_name(u32 value);
+const char *ovk_eth_vlan_assign_policy_name(u32 value);
+const char *ovk_ethernet_encap_type_name(u32 value);
+const char *ovk_eth_flow_type_name(u32 value);
+const char *ovk_eth_flow_action_name(u32 value);
+const char *ovk_eth_egress_flow_action_name(u32 value);
 
 #endif
