@@ -12,8 +12,8 @@
  *   0x80                    state memory
  *   0x100                   subnet databases
  *
- * Higher bits are stored and mean nothing. All four calls run under the module's lock and return 0, or what
- * ovk_ethernet_api.h lists; a change is reported at info level, under the new mask.
+ * Higher bits are stored and mean nothing. All four calls run under the module's lock and return 0 unless
+ * their own docstring or ovk_ethernet_api.h says more; a change is reported at info level, under the new mask.
  */
 #ifndef OVK_ETHERNET_LOG_H
 #define OVK_ETHERNET_LOG_H

@@ -5,12 +5,14 @@
  * Life of a module handle:
  *
  *   1. The host fills in an ovk_module: guard, a system log level in `log_mask`, name, trace context,
- * locks, parent, rte handle; `module_object` null.
+ *      locks, parent, rte handle; `module_object` null.
  *   2. ovk_ethernet_init(). On success the handle is valid and every other call works. On failure it isn't.
  *   3. Public calls, from any thread.
  *   4. Optionally, after the code was loaded anew: ovk_ethernet_service_function_update() of the new code.
  *   5. ovk_ethernet_shutdown(). On success the handle is invalid, `log_mask` is a system level again, and
- * the host may start over at 2 or free the handle. On failure it stays valid, half released.
+ *      the host may start over at 2 or free the handle. On failure it stays valid, half released.
+ *
+ * OVK_E_LOCK_RELEASE is the exception to both: start and stop have done all their work when it comes back.
  */
 #ifndef OVK_ETHERNET_MODULE_H
 #define OVK_ETHERNET_MODULE_H
@@ -25,12 +27,12 @@ extern "C" {
 /* One kind of object that the module allocates in non-volatile memory. */
 typedef struct ovk_eth_obj_size {
     const char *name;
-    u32 size;      /* bytes of one object on the target */
-    u32 head;      /* bytes in front of it */
-    u32 max_count; /* for sizing; no call enforces it */
+    u32 size;      /* bytes that hosts reckon with for one object */
+    u32 head;      /* and what comes on top of it */
+    u32 max_count; /* no call enforces it */
 } ovk_eth_obj_size;
 
-/* The host's sizing table, OVK_ETH_OBJ_SIZE_ROWS rows. The numbers are the target's on every data model. */
+/* The host's sizing table, OVK_ETH_OBJ_SIZE_ROWS rows; the same numbers on every data model. */
 enum {
     OVK_ETH_OBJ_SIZE_ROWS = 10
 };
@@ -49,11 +51,14 @@ OVK_ETHERNET_API extern const ovk_eth_obj_size eth_obj_size[OVK_ETH_OBJ_SIZE_ROW
  *   KOR_E_NO_MEMORY (18)         the object, a pattern or MAC forwarding memory couldn't be allocated
  *   KOR_E_VP_NOT_FOUND (20)      a virtual pipeline is missing
  *   KOR_E_RSRC_NOT_FOUND (25), KOR_E_RSRC_CREATE (26), KOR_E_RSRC_QUERY (28), KOR_E_RSRC_ALLOCATE (29)
- *                                a namespace is missing, can't be made or queried, or its fixed ids are
- * taken KOR_E_SE_WRITE (44)          state memory couldn't be cleared KOR_E_SUBNET_CREATE (58),
- * KOR_E_SUBNET_ADD (60)   a tree's database KOR_E_PTN_SYMBOL (63)        the classifier's programme lacks a
- * function or tree KOR_E_BRIDGE_LEARN (153)     the switch's default entry the lock's statuses, and the
- * platform's own for service registration and switch defaults.
+ *                                a namespace is missing, can't be made or queried, or its ids are taken
+ *   KOR_E_SE_WRITE (44)          state memory couldn't be cleared
+ *   KOR_E_SUBNET_CREATE (58), KOR_E_SUBNET_ADD (60)
+ *                                a tree's database
+ *   KOR_E_PTN_SYMBOL (63)        the classifier's programme lacks a function or tree
+ *   KOR_E_BRIDGE_LEARN (153)     the switch's default entry
+ *   the lock's statuses, and the platform's own for a database's first pattern, service registration and
+ *   switch defaults
  *
  * After a failure the object is freed and nothing else is taken back: namespaces, ids, databases, MAC
  * forwarding memory and the registration stay, and a second try meets them.

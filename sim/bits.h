@@ -33,7 +33,7 @@ struct Bits {
     /* "0x0a3/9": the bits read as one number, and how many they are. */
     std::string text() const;
 
-    auto operator<=>(const Bits &) const = default;
+    auto operator<=>(const Bits &) const = default; // NOLINT(modernize-use-nullptr): there is no pointer
 };
 
 struct BitsHash {

@@ -10,6 +10,7 @@
 
 #include "core.h"
 #include "kor_gatr.h"
+#include "kor_gatr_switch.h"
 #include "kor_rsrc.h"
 #include "kor_subnet.h"
 #include "ovk_qos.h"
@@ -56,8 +57,7 @@ void shared_put(kor_rte rte, u32 id, const std::vector<u8> &bytes);
 std::vector<u32> ids_in_use(kor_rte rte, std::string_view name);
 std::vector<std::string> namespaces(kor_rte rte);
 
-/* Switch and port adapter. A register that was never set isn't there. Names: registers.txt() order, see
- * switch.cpp. */
+/* Switch and port adapter; switch.cpp lists the registers. One that was never set isn't there. */
 std::vector<kor_gatr_bridge_entry> bridge_entries(kor_rte rte); /* by kind, group, MAC */
 std::map<std::string, u64> registers(kor_rte rte);
 

@@ -97,7 +97,7 @@ void ovk_ptn_print(kor_ptn_data *data, u32 length, u32 width)
 void ovk_ptn_action_print(u32 type, u32 w1, u32 w2)
 {
     const kor_ptn_action action = {type, w1, w2};
-    platform<"ovk_ptn_action_print">(With{&action}, [&] { std::fputs(show(&action).c_str(), stdout); });
+    platform<"ovk_ptn_action_print">(With{&action}, [&] { std::printf(" -> %s", show(&action).c_str()); });
 }
 
 void ovk_byte_string_print(const void *bytes, u32 length)

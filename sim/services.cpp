@@ -15,9 +15,10 @@ namespace {
 std::map<const ovk_module *, Service> &services_of(const ovk_system *parent, const ovk_module *module,
                                                    const ovk_service_record *record)
 {
-    given(parent, "parent");
     given(record, "record");
-    return chip(given(module, "module")->rte_handle).services;
+    if (given(module, "module")->parent != parent) // null in both is a module by itself
+        wrong("another parent than the module's");
+    return chip(module->rte_handle).services;
 }
 
 } // namespace

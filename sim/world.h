@@ -11,6 +11,7 @@
 
 #include "core.h"
 #include "kor_gatr.h"
+#include "kor_gatr_switch.h"
 #include "kor_rsrc.h"
 #include "kor_subnet.h"
 #include "kor_time.h"

@@ -4,12 +4,12 @@
 //
 //     u32 ovk_ethernet_x(ovk_module *module, u32 y)
 //     {
-//         return ovk::public_call(OVK_CALLER, module, OVK_LINE("Failed to x %d\n", y), [&]() ->
-//         ovk::outcome {
-//             if (y > 7)
-//                 return OVK_FAIL(module, KOR_E_INVALID_ARGUMENT, "Invalid y %d\n", y);
-//             return write_y(module, y);
-//         });
+//         return ovk::public_call(
+//             OVK_CALLER, module, OVK_LINE("Failed to x %d\n", y), [&]() -> ovk::outcome {
+//                 if (y > 7)
+//                     return OVK_FAIL(module, KOR_E_INVALID_ARGUMENT, "Invalid y %d\n", y);
+//                 return write_y(module, y);
+//             });
 //     }
 //
 // public_call() does, in order: the handle test, the entry log, the lock, the body, the operation's failure
@@ -36,12 +36,14 @@
 
 namespace ovk {
 
-// Who is calling: for the entry and exit lines, and for what the frame itself reports.
+// Who is calling: for the entry and exit lines, and for what the frame itself reports. These share one position,
+// that of the line above the one that names the caller, which no message of the call's own has.
 struct caller {
     site where;
     const char *function;
 };
-#define OVK_CALLER (ovk::caller{OVK_HERE, __func__})
+#define OVK_CALLER                                                                                         \
+    (ovk::caller{{ovk_this_file.module, (ovk_this_file.number * 1000) + __LINE__ - 1}, __func__})
 
 // One step of several: ends the function with the step's status unless that is 0.
 #define OVK_TRY(step)                                                                                      \

@@ -26,6 +26,7 @@
 #include <cstdio>
 
 #include "common/atomics.h"
+#include "ovk_ethernet_log.h"
 #include "ovk_lttng.h"
 #include "ovk_module.h"
 #include "ovk_sys.h"
@@ -86,21 +87,65 @@ inline constexpr log_class_row log_classes[] = {
     {.id = log_class::error, .word = "ERROR", .level = 2, .flag = 0, .event = 2},
     {.id = log_class::fatal, .word = "FATAL", .level = 0, .flag = 0, .event = 4},
     {.id = log_class::warning, .word = "Warning", .level = 6, .flag = 0, .event = 6},
-    {.id = log_class::entry, .word = "function", .level = 0, .flag = 0x10, .event = 8},
-    {.id = log_class::exit, .word = "function", .level = 0, .flag = 0x10, .event = 9},
-    {.id = log_class::hw, .word = "hw", .level = 0, .flag = 0x20, .event = 14},
-    {.id = log_class::ptn_learn, .word = "ptn_learn", .level = 0, .flag = 0x40, .event = 15},
-    {.id = log_class::ptn_unlearn, .word = "ptn_unlearn", .level = 0, .flag = 0x40, .event = 16},
-    {.id = log_class::subnet_add, .word = "subnet_add", .level = 0, .flag = 0x100, .event = 17},
-    {.id = log_class::subnet_delete, .word = "subnet_delete", .level = 0, .flag = 0x100, .event = 18},
-    {.id = log_class::subnet_get, .word = "subnet_get", .level = 0, .flag = 0x100, .event = 19},
-    {.id = log_class::vptn_learn, .word = "vptn_learn", .level = 0, .flag = 0x40, .event = 20},
-    {.id = log_class::vptn_unlearn, .word = "vptn_unlearn", .level = 0, .flag = 0x40, .event = 21},
-    {.id = log_class::vptn_clear, .word = "vptn_clear", .level = 0, .flag = 0x40, .event = 22},
-    {.id = log_class::vptn_build, .word = "vptn_build", .level = 0, .flag = 0x40, .event = 23},
-    {.id = log_class::se_write, .word = "se_write", .level = 0, .flag = 0x80, .event = 27},
-    {.id = log_class::se_read, .word = "se_read", .level = 0, .flag = 0x80, .event = 28},
-    {.id = log_class::qsh_read, .word = "qsh_read", .level = 0, .flag = 0x80, .event = 29},
+    {.id = log_class::entry, .word = "function", .level = 0, .flag = OVK_ETHERNET_LOG_FUNCTION, .event = 8},
+    {.id = log_class::exit, .word = "function", .level = 0, .flag = OVK_ETHERNET_LOG_FUNCTION, .event = 9},
+    {.id = log_class::hw, .word = "hw", .level = 0, .flag = OVK_ETHERNET_LOG_HW, .event = 14},
+    {.id = log_class::ptn_learn,
+     .word = "ptn_learn",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_PTN,
+     .event = 15},
+    {.id = log_class::ptn_unlearn,
+     .word = "ptn_unlearn",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_PTN,
+     .event = 16},
+    {.id = log_class::subnet_add,
+     .word = "subnet_add",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_SUBNET,
+     .event = 17},
+    {.id = log_class::subnet_delete,
+     .word = "subnet_delete",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_SUBNET,
+     .event = 18},
+    {.id = log_class::subnet_get,
+     .word = "subnet_get",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_SUBNET,
+     .event = 19},
+    {.id = log_class::vptn_learn,
+     .word = "vptn_learn",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_PTN,
+     .event = 20},
+    {.id = log_class::vptn_unlearn,
+     .word = "vptn_unlearn",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_PTN,
+     .event = 21},
+    {.id = log_class::vptn_clear,
+     .word = "vptn_clear",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_PTN,
+     .event = 22},
+    {.id = log_class::vptn_build,
+     .word = "vptn_build",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_PTN,
+     .event = 23},
+    {.id = log_class::se_write,
+     .word = "se_write",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_STATE,
+     .event = 27},
+    {.id = log_class::se_read, .word = "se_read", .level = 0, .flag = OVK_ETHERNET_LOG_STATE, .event = 28},
+    {.id = log_class::qsh_read,
+     .word = "qsh_read",
+     .level = 0,
+     .flag = OVK_ETHERNET_LOG_STATE,
+     .event = 29},
 };
 
 consteval bool log_classes_in_order()
@@ -121,7 +166,7 @@ constexpr const log_class_row &row_of(log_class cls)
 constexpr bool passes(u32 mask, log_class cls)
 {
     const log_class_row &row = row_of(cls);
-    return row.flag != 0 ? (mask & row.flag) != 0 : (mask & 0xF) > row.level;
+    return row.flag != 0 ? (mask & row.flag) != 0 : (mask & OVK_ETHERNET_LOG_LEVEL) > row.level;
 }
 
 inline bool prints(const ovk_module *module, log_class cls)
@@ -191,8 +236,8 @@ template <class... Args>
     return status;
 }
 
-// A class line whose end the platform's own printers write: head, format, `print()`, newline. The trace
-// call carries the format alone.
+// A class line whose end the platform's own printers write: head, format, `print()`, newline. The trace call
+// carries the format and its arguments.
 template <class Print, class... Args>
 void log_record(ovk_module *module, log_class cls, site where, Print print, const char *format,
                 Args... args)

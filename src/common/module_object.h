@@ -162,6 +162,14 @@ struct ovk_eth_module_object {
 OVK_TARGET_SIZE(ovk_eth_module_object, 87788);
 OVK_TARGET_OFFSET(ovk_eth_module_object, magic, 0);
 OVK_TARGET_OFFSET(ovk_eth_module_object, trees, 4);
+OVK_TARGET_OFFSET(ovk_eth_module_object, port_owner_table, 39224);
+OVK_TARGET_OFFSET(ovk_eth_module_object, if_handles, 40260);
+OVK_TARGET_OFFSET(ovk_eth_module_object, vp_egress_encap_ipv4, 44356);
+OVK_TARGET_OFFSET(ovk_eth_module_object, mac_fdb_nodes, 44480);
+OVK_TARGET_OFFSET(ovk_eth_module_object, mac_fdb_hash, 76488);
+OVK_TARGET_OFFSET(ovk_eth_module_object, pcp_to_task_pri, 84688);
+OVK_TARGET_SIZE(ovk_module, 36);
+static_assert(sizeof(kor_sem) == 28);
 static_assert(sizeof(ovk_eth_module_object) >= 87788);
 
 // True when the handle is that of a live module. Taken before the lock.

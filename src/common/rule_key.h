@@ -12,14 +12,8 @@
 
 #include "common/mac.h"
 #include "common/module_object.h"
+#include "common/op.h"
 #include "ovk_ptn.h"
-
-// What a writer is asked to do. For the action any other value counts as a removal, for the rule engine as
-// an addition; both stay so.
-enum ovk_eth_op : u32 {
-    OVK_ETH_ADD = 1,
-    OVK_ETH_REMOVE = 2
-};
 
 namespace ovk {
 

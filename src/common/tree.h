@@ -104,6 +104,8 @@ struct eth_tree_info {
     char tree_name[OVK_ETH_TREE_NAME_SIZE];
     char default_name[OVK_ETH_TREE_NAME_SIZE]; // the default function, if the default action is one
 };
+OVK_TARGET_SIZE(kor_ptn, 12);
+OVK_TARGET_SIZE(kor_ptn_action, 12);
 OVK_TARGET_SIZE(eth_tree_info, 560);
 OVK_TARGET_OFFSET(eth_tree_info, input_pattern, 8);
 OVK_TARGET_OFFSET(eth_tree_info, default_action, 20);

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "kor_gatr_switch.h"
 
 OVK_LOG_FILE(ovk_eth_hw, 3);

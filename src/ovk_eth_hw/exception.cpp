@@ -68,6 +68,7 @@ u32 ovk_eth_exception_config(ovk_module *module, u32 op, u32 domain, u32 type,
     return ovk::internal_call(OVK_CALLER, module, [&]() -> u32 {
         rule_key key(module, OVK_ETH_TREE_EXCEPTION_HANDLER_LOOKUP);
         key.add(domain, 2).add(ovk_eth_get_exception_code(type), 8);
+        OVK_TRY(OVK_CHECK_KEY(module, key));
         kor_ptn_action rule_action = {};
         if (op == OVK_ETH_ADD)
             OVK_TRY(make_rule_action(module, ovk_eth_exception_id(domain, type), *action, queue_id,

@@ -44,7 +44,6 @@ constexpr found_row found[] = {
     {.name = "ethernet_flow_info", .ns = &object::flow_info_ns},
 };
 
-constexpr u32 counters = 1;
 constexpr u32 intf_stats_size = 256;
 constexpr u32 default_stats_size = 144;
 
@@ -55,36 +54,50 @@ u32 find(ovk_module *module, u32 kind, const char *name, kor_rsrc *out)
     return KOR_OK;
 }
 
+template <class Line>
+u32 report_failure(ovk_module *module, u32 status, Line line)
+{
+    line([&](ovk::site where, const char *text) {
+        ovk::log_failure(module, ovk::log_class::error, where, status, text);
+    });
+    return status;
+}
+
+template <class Line>
+void report(ovk_module *module, Line line)
+{
+    line([&](ovk::site where, const char *format, auto... args) {
+        ovk::log_message(module, ovk::log_class::info, where, format, args...);
+    });
+}
+
 // The namespace's fixed ids are those that its figures report.
 template <class Failed, class Taken>
 u32 take_ids(ovk_module *module, ovk_eth_namespace &ns, u32 count, u32 &first_id, Failed failed,
              Taken taken)
 {
-    if (kor_rsrc_allocate_fixed(ns.handle, count, &ns.info.first_id) != KOR_OK) {
-        failed([&](ovk::site where, const char *text) {
-            ovk::log_failure(module, ovk::log_class::error, where, KOR_E_RSRC_ALLOCATE, text);
-        });
-        return KOR_E_RSRC_ALLOCATE;
-    }
+    if (kor_rsrc_allocate_fixed(ns.handle, count, &ns.info.first_id) != KOR_OK)
+        return report_failure(module, KOR_E_RSRC_ALLOCATE, failed);
     first_id = ns.info.first_id;
-    taken([&](ovk::site where, const char *format, auto... args) {
-        ovk::log_message(module, ovk::log_class::info, where, format, args...);
-    });
+    report(module, taken);
     return KOR_OK;
 }
 
-template <class Failed, class Freed>
-u32 free_ids(ovk_module *module, kor_rsrc ns, u32 first_id, u32 count, Failed failed, Freed freed)
+// One id, whose counters start from zero.
+template <class Failed, class Taken>
+u32 take_counters(ovk_module *module, ovk_eth_namespace &ns, u32 size, u32 &id, Failed failed, Taken taken)
 {
-    if (kor_rsrc_free(ns, first_id, count) != KOR_OK) {
-        failed([&](ovk::site where, const char *text) {
-            ovk::log_failure(module, ovk::log_class::error, where, KOR_E_RSRC_FREE, text);
-        });
-        return KOR_E_RSRC_FREE;
-    }
-    freed([&](ovk::site where, const char *format, auto... args) {
-        ovk::log_message(module, ovk::log_class::info, where, format, args...);
-    });
+    OVK_TRY(take_ids(module, ns, 1, id, failed, taken));
+    return ovk_eth_clear_se_state(module, id, size);
+}
+
+template <class Failed, class Freed>
+u32 free_ids(ovk_module *module, const ovk_eth_namespace &ns, u32 first_id, u32 count, Failed failed,
+             Freed freed)
+{
+    if (kor_rsrc_free(ns.handle, first_id, count) != KOR_OK)
+        return report_failure(module, KOR_E_RSRC_FREE, failed);
+    report(module, freed);
     return KOR_OK;
 }
 
@@ -111,38 +124,25 @@ u32 ovk::find_namespaces(ovk_module *module, ovk_eth_module_object &object)
     return KOR_OK;
 }
 
-// The four pools' lines differ in wording, so each has its own here and in free_fixed_ids(); the flow info
-// ones say 16 although 256 ids are meant.
+// The four pools' lines differ in wording, so each has its own here and in free_fixed_ids(); the flow info ones say
+// 16 although 256 ids are meant.
 u32 ovk::take_fixed_ids(ovk_module *module, ovk_eth_module_object &object)
 {
     u32 &global = object.global_stats_ns_id;
-    u32 status = take_ids(module, object.intf_stats_ns, counters, global,
-                          OVK_LINE("Failed to allocate Stats NS IDs for global counters\n"),
-                          OVK_LINE("Allocated Stats NS IDs 0x%08x for global counters\n", global));
-    if (status == KOR_OK)
-        status = ovk_eth_clear_se_state(module, global, intf_stats_size);
-    if (status != KOR_OK)
-        return status;
-
     u32 &pcp = object.intf_pcp_default_ns_id;
-    status = take_ids(module, object.intf_pcp_stats_ns, counters, pcp,
-                      OVK_LINE("Failed to allocate Intf PCP Stats NS IDs for default counters\n"),
-                      OVK_LINE("Allocated Intf PCP Stats NS IDs 0x%08x for default counters\n", pcp));
-    if (status == KOR_OK)
-        status = ovk_eth_clear_se_state(module, pcp, default_stats_size);
-    if (status != KOR_OK)
-        return status;
-
     u32 &vlan = object.intf_vlan_default_ns_id;
-    status = take_ids(module, object.intf_vlan_stats_ns, counters, vlan,
-                      OVK_LINE("Failed to allocate Intf VLAN Stats NS IDs for default counters\n"),
-                      OVK_LINE("Allocated Intf VLAN Stats NS IDs 0x%08x for default counters\n", vlan));
-    if (status == KOR_OK)
-        status = ovk_eth_clear_se_state(module, vlan, default_stats_size);
-    if (status != KOR_OK)
-        return status;
-
     u32 &first = object.flow_info_first_id;
+
+    OVK_TRY(take_counters(module, object.intf_stats_ns, intf_stats_size, global,
+                          OVK_LINE("Failed to allocate Stats NS IDs for global counters\n"),
+                          OVK_LINE("Allocated Stats NS IDs 0x%08x for global counters\n", global)));
+    OVK_TRY(take_counters(module, object.intf_pcp_stats_ns, default_stats_size, pcp,
+                          OVK_LINE("Failed to allocate Intf PCP Stats NS IDs for default counters\n"),
+                          OVK_LINE("Allocated Intf PCP Stats NS IDs 0x%08x for default counters\n", pcp)));
+    OVK_TRY(
+        take_counters(module, object.intf_vlan_stats_ns, default_stats_size, vlan,
+                      OVK_LINE("Failed to allocate Intf VLAN Stats NS IDs for default counters\n"),
+                      OVK_LINE("Allocated Intf VLAN Stats NS IDs 0x%08x for default counters\n", vlan)));
     return take_ids(module, object.flow_info_ns, OVK_ETH_INTERFACE_NUMBERS, first,
                     OVK_LINE("Failed to allocate Flow Info NS IDs for if_num 0 to 16\n"),
                     OVK_LINE("Allocated Flow Info NS IDs from 0x%08x to 0x%08x\n", first,
@@ -156,16 +156,16 @@ u32 ovk::free_fixed_ids(ovk_module *module, ovk_eth_module_object &object)
     const u32 vlan = object.intf_vlan_default_ns_id;
     const u32 first = object.flow_info_first_id;
 
-    OVK_TRY(free_ids(module, object.intf_stats_ns.handle, global, counters,
+    OVK_TRY(free_ids(module, object.intf_stats_ns, global, 1,
                      OVK_LINE("Failed to free Stats NS IDs for global counters\n"),
                      OVK_LINE("Freed Stats NS IDs 0x%08x for global counters\n", global)));
-    OVK_TRY(free_ids(module, object.intf_pcp_stats_ns.handle, pcp, counters,
+    OVK_TRY(free_ids(module, object.intf_pcp_stats_ns, pcp, 1,
                      OVK_LINE("Failed to free Intf PCP Stats NS IDs for default counters\n"),
                      OVK_LINE("Freed Intf PCP Stats NS IDs 0x%08x for default counters\n", pcp)));
-    OVK_TRY(free_ids(module, object.intf_vlan_stats_ns.handle, vlan, counters,
+    OVK_TRY(free_ids(module, object.intf_vlan_stats_ns, vlan, 1,
                      OVK_LINE("Failed to free Intf VLAN Stats NS IDs for default counters\n"),
                      OVK_LINE("Freed Intf VLAN Stats NS IDs 0x%08x for default counters\n", vlan)));
-    return free_ids(module, object.flow_info_ns.handle, first, OVK_ETH_INTERFACE_NUMBERS,
+    return free_ids(module, object.flow_info_ns, first, OVK_ETH_INTERFACE_NUMBERS,
                     OVK_LINE("Failed to free Flow Info NS IDs for if_num 0 to 16\n"),
                     OVK_LINE("Freed Flow Info NS IDs from 0x%08x to 0x%08x\n", first,
                              first + OVK_ETH_INTERFACE_NUMBERS - 1));

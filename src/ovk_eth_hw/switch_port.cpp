@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "kor_gatr.h"
 #include "kor_gatr_switch.h"
 #include "ovk_eth_hw/bridge_table.h"

@@ -5,7 +5,7 @@
 
 #include "common/frame.h"
 #include "common/tree_list.h"
-#include "ovk_ptn.h"
+#include "ovk_eth_hw_helper/pattern.h"
 #include "ovk_sif.h"
 
 OVK_LOG_FILE(ovk_eth_hw, 1);
@@ -46,16 +46,11 @@ u32 resolve_names(ovk_module *module, eth_tree_info &info)
 // The database's zero-length entry, which carries the tree's default action.
 u32 add_root(ovk_module *module, const eth_tree_info &info, kor_ptn &root)
 {
-    root.width += 1;
-    OVK_LOG_RECORD(
-        module, subnet_add,
-        [&] {
-            ovk_ptn_print(root.data, root.length, root.width);
-            ovk_ptn_action_print(info.default_action.type, info.default_action.w1, info.default_action.w2);
-        },
-        "%s: ", info.tree_name);
-    const u32 rc = kor_subnet_add_subnet(info.subnet_db, &root, &info.default_action);
-    root.width -= 1;
+    const u32 rc = ovk::one_bit_wider(root, [&] {
+        const auto print = [&] { ovk::print_rule(root, info.default_action); };
+        OVK_LOG_RECORD(module, subnet_add, print, "%s: ", info.tree_name);
+        return kor_subnet_add_subnet(info.subnet_db, &root, &info.default_action);
+    });
     if (rc != KOR_OK)
         return OVK_FAIL(module, KOR_E_SUBNET_ADD,
                         "RTE Error: %s, Failed to add default input pattern to subnet\n",
@@ -68,7 +63,7 @@ void log_sizing(ovk_module *module, const eth_tree_row &row)
     u32 size = 0;
     u32 optimized_size = 0;
     // A size that can't be told is reported as 0.
-    (void)ovk_sif_max_subnet_entry_sz_get(row.key_bits, row.sized_large, &size, &optimized_size);
+    (void)ovk_sif_max_subnet_entry_sz_get(row.key_bits, row.size_flag, &size, &optimized_size);
     OVK_INFO(module, "%s: Width %d, Expected Entries %d\n\t Subnet Size %d, Optimized Subnet Size %d\n",
              row.tree_name, row.key_bits, row.expected_entries, size * row.expected_entries,
              optimized_size * row.expected_entries);

@@ -1,25 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ovk_eth_hw_helper/rule_engine.h"
 
+#include "ovk_eth_hw_helper/pattern.h"
+
 OVK_LOG_FILE(ovk_eth_hw_helper, 1);
 
+using ovk::one_bit_wider;
+using ovk::print_rule;
+
 namespace {
-
-void print_rule(const kor_ptn &pattern, const kor_ptn_action &action)
-{
-    ovk_ptn_print(pattern.data, pattern.length, pattern.width);
-    ovk_ptn_action_print(action.type, action.w1, action.w2);
-}
-
-// Runs a database operation on the pattern as databases want it.
-template <class Operation>
-u32 one_bit_wider(kor_ptn &pattern, Operation operation)
-{
-    pattern.width += 1;
-    const u32 rc = operation();
-    pattern.width -= 1;
-    return rc;
-}
 
 u32 learn(ovk_module *module, eth_tree_info &tree, const kor_ptn_action &action)
 {
@@ -91,11 +80,16 @@ u32 ovk_eth_lpm_rule(ovk_module *module, eth_tree_info *tree, u32 op, kor_ptn_ac
     });
 }
 
+u32 ovk::check_key(ovk_module *module, site where, const rule_key &key)
+{
+    if (key.status == KOR_OK)
+        return KOR_OK;
+    return log_failure(module, log_class::error, where, key.status, "Could not build the input pattern\n");
+}
+
 u32 ovk::write_rule(ovk_module *module, site where, const rule_key &key, u32 op, kor_ptn_action action)
 {
-    if (key.status != KOR_OK)
-        return log_failure(module, log_class::error, where, key.status,
-                           "Could not build the input pattern\n");
+    OVK_TRY(check_key(module, where, key));
     if (op != OVK_ETH_ADD)
         action = {};
     if (const u32 status = ovk_eth_lpm_rule(module, &key.tree, op, &action))

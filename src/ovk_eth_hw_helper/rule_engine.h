@@ -30,13 +30,17 @@ u32 ovk_eth_lpm_rule(ovk_module *module, eth_tree_info *tree, u32 op, kor_ptn_ac
 
 namespace ovk {
 
-// The end of every writer: tests the key, applies the rule, and reports a failure at the writer's own
-// position. The action counts for OVK_ETH_ADD alone; any other `op` passes an all-zero one. The status is
-// the key's sum or the engine's.
+// Tests a key, for a writer whose action may fail: its own status if it is bad, after reporting it.
+u32 check_key(ovk_module *module, site where, const rule_key &key);
+
+// The end of every writer: tests the key, applies the rule, and reports a failure at the writer's own position.
+// The action counts for OVK_ETH_ADD alone; any other `op` passes an all-zero one. The status is the key's sum or
+// the engine's.
 u32 write_rule(ovk_module *module, site where, const rule_key &key, u32 op, kor_ptn_action action);
 
 } // namespace ovk
 
+#define OVK_CHECK_KEY(module, key) ovk::check_key(module, OVK_HERE, key)
 #define OVK_WRITE_RULE(module, key, op, action) ovk::write_rule(module, OVK_HERE, key, op, action)
 
 #endif

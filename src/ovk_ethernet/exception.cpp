@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ovk_eth_hw/exception.h"
 
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "ovk_eth_helper/exception.h"
 #include "ovk_eth_helper/names.h"
 

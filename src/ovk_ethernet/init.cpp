@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "common/frame.h"
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "kor_nvm.h"
 #include "ovk_eth_helper/log_level.h"
 #include "ovk_eth_hw/bridge_table.h"
@@ -55,6 +55,7 @@ void log_profile(ovk_module *module)
     OVK_INFO(module, "OVK ETH NVM Total Max Usage: %d Bytes\n", total);
 }
 
+// One of the few direct looks at the classifier: there is no tree behind these two, and no record but the object.
 u32 entry_function(ovk_module *module, const char *name, u32 *id)
 {
     if (const u32 rc = kor_ptn_symbol_get_id(module->rte_handle, name, id))
@@ -149,12 +150,12 @@ u32 ovk_ethernet_init(ovk_module *module)
     const ovk::caller from = OVK_CALLER;
 
     if (module == nullptr) {
-        OVK_FORCED(from.where, "Invalid Ethernet module handle 0x%08x\n", word(module));
-        OVK_FORCED(from.where, "Ethernet module failed to initialize\n");
+        OVK_FORCED(OVK_HERE, "Invalid Ethernet module handle 0x%08x\n", word(module));
+        OVK_FORCED(OVK_HERE, "Ethernet module failed to initialize\n");
         return KOR_E_INVALID_HANDLE;
     }
     if (ovk_eth_valid_handle(module)) {
-        OVK_FORCED(from.where, "Ethernet Module handle 0x%08x is already initialized\n", word(module));
+        OVK_FORCED(OVK_HERE, "Ethernet Module handle 0x%08x is already initialized\n", word(module));
         return KOR_OK;
     }
     ovk_eth_module_object *object = nullptr;

@@ -3,7 +3,7 @@
 
 #include "common/frame.h"
 #include "common/mac.h"
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "kor_nvm.h"
 #include "ovk_eth_helper/identifiers.h"
 #include "ovk_eth_helper/interface.h"

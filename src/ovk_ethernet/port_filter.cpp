@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "common/frame.h"
 #include "common/mac.h"
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "ovk_eth_helper/interface.h"
 #include "ovk_eth_hw/port_rules.h"
 #include "ovk_eth_hw/port_setup.h"

@@ -23,7 +23,7 @@ OVK_TARGET_OFFSET(ovk_service_record, error_name, 68);
 
 namespace {
 
-// The binding slots are null, which the host reads as "doesn't bind", until the module has module binding.
+// The four binding slots stay null until the module has module binding.
 constexpr ovk_service_record services = {
     .shutdown = ovk_ethernet_shutdown,
     .custom_bind = nullptr,

@@ -2,7 +2,7 @@
 #include "ovk_eth_hw/vlan_membership.h"
 
 #include "common/frame.h"
-#include "common/rule_key.h"
+#include "common/op.h"
 #include "ovk_eth_helper/interface.h"
 #include "ovk_eth_hw/bridge_table.h"
 #include "ovk_ethernet_vlan.h"
