@@ -1,9 +1,25 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * ovk_ethernet_interface: the records that describe interfaces.
+ * ovk_ethernet_interface: interfaces, what every service is configured on.
  *
  * Port numbers: a group in the high nibble and an index in the low. Groups 0 and 1 have indices 0 to 4,
- * groups 2 to 7 have 0 and 1: 22 ports.
+ * groups 2 to 7 have 0 and 1: 22 ports. The aggregate ids 0x80 and 0x81 share the number space.
+ *
+ * Life of a physical interface:
+ *
+ *   1. ovk_ethernet_interface_create() takes the port into service. The handle is the record's address, good
+ *      until the delete and owned by the library.
+ *   2. Services are configured on it, by the calls of this and the other headers.
+ *   3. ovk_ethernet_interface_delete(). What hangs on the interface isn't looked at: take it down before.
+ *
+ * A dead handle is told from a live one by a word in its record, so it may be tried for as long as its memory
+ * isn't in use for something else.
+ *
+ * Statuses that mean the same in every call that takes an interface handle:
+ *   OVK_ETHERNET_E_INVALID_IF_HANDLE   null or dead; also a port that is a member of an aggregate, where a
+ *                                      call configures a port by itself
+ *   OVK_ETHERNET_E_INCOMPAT_IF_TYPE    an interface of a kind that the call isn't for
+ *   OVK_ETHERNET_E_INCOMPAT_FWD_MODE   the right kind, in a forwarding mode that the call isn't for
  */
 #ifndef OVK_ETHERNET_INTERFACE_H
 #define OVK_ETHERNET_INTERFACE_H
@@ -50,14 +66,14 @@ typedef struct ovk_ethernet_svi_data {
  *
  * Status: 0;
  *   KOR_E_INVALID_ARGUMENT (8)                `attrs` or `if_handle` is null; returns at once
- *   OVK_ETHERNET_E_INVALID_PORT_NUMBER, OVK_ETHERNET_E_INVALID_FWD_MODE,
- * OVK_ETHERNET_E_INVALID_OUTPUT_RATE, OVK_ETHERNET_E_INVALID_ENCAP, OVK_ETHERNET_E_INVALID_MAC_ADDR,
- * OVK_ETHERNET_E_INCOMPAT_PORT_TYPE an attribute, in this order; the last is a 10G port that isn't full
- *                                             duplex or wants auto-negotiation
+ *   OVK_ETHERNET_E_INVALID_PORT_NUMBER, OVK_ETHERNET_E_INVALID_FWD_MODE, OVK_ETHERNET_E_INVALID_OUTPUT_RATE,
+ *   OVK_ETHERNET_E_INVALID_ENCAP, OVK_ETHERNET_E_INVALID_MAC_ADDR, OVK_ETHERNET_E_INCOMPAT_PORT_TYPE
+ *                                             an attribute, in this order; the last is a 10G port that isn't
+ *                                             full duplex or wants auto-negotiation
  *   OVK_ETHERNET_E_INTF_ALREADY_EXISTS        the port is in service
  *   KOR_E_NO_MEMORY (18)                      the record or the port's VLAN table
- *   the status of the step that failed: the QoS, system and interface modules' own, or those of
- * kor_status.h for rules, state memory, flow data and port settings
+ *   the status of the step that failed: the system and interface modules' own, or those of kor_status.h for
+ *   rules, state memory, flow data and port settings
  *
  * A failure frees the record and nothing else: rules, settings, the VLAN table and the interface id that
  * were made stay, and a later create of the port overwrites them.

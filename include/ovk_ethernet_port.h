@@ -20,8 +20,10 @@
 extern "C" {
 #endif
 
-/* Sets the rate (ovk_ethernet_speed). OVK_ETHERNET_E_INVALID_OUTPUT_RATE; KOR_E_SPEED_GET (106), _SET
- * (107). */
+/*
+ * Sets the rate (ovk_ethernet_speed). OVK_ETHERNET_E_INVALID_OUTPUT_RATE; KOR_E_SPEED_GET (106),
+ * KOR_E_SPEED_SET (107).
+ */
 OVK_ETHERNET_API u32 ovk_ethernet_output_rate_set(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                   u32 rate);
 
@@ -38,14 +40,12 @@ OVK_ETHERNET_API u32 ovk_ethernet_interface_rx(ovk_module *module, ovk_ethernet_
 OVK_ETHERNET_API u32 ovk_ethernet_interface_duplex(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                    u32 mode);
 
-/* Auto-negotiation (IEEE 802.3 Clause 28) on, off, and anew. They are logged; no setting of the MAC
- * changes. */
+/* Auto-negotiation (IEEE 802.3 Clause 28) on or off, and anew. Logged; no setting of the MAC changes. */
 OVK_ETHERNET_API u32 ovk_ethernet_interface_autoneg(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                     u32 enable);
 OVK_ETHERNET_API u32 ovk_ethernet_autoneg_force(ovk_module *module, ovk_ethernet_if_handle if_handle);
 
-/* The interface's MAC channel in `*channel`. KOR_E_INVALID_ARGUMENT (8) for null, before the handle is
- * looked at. */
+/* The interface's MAC channel in `*channel`. KOR_E_INVALID_ARGUMENT (8) for null, before the handle's checks. */
 OVK_ETHERNET_API u32 ovk_ethernet_mac_channel_get(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                   u32 *channel);
 

@@ -73,8 +73,7 @@ u32 kor_gatr_broadcast_filter_set(kor_rte rte, u32 channel, u32 enable);
 u32 kor_gatr_qinq_set(kor_rte rte, u32 channel, u32 enable);
 u32 kor_gatr_crc_set(kor_rte rte, u32 channel, u32 append, u32 check, u32 strip);
 
-/* The tag that the adapter puts before each frame: where it starts and stops, and its most significant
- * part. */
+/* The tag that the adapter puts before each frame: where it starts and stops, its most significant part. */
 u32 kor_gatr_tag_config_get(kor_rte rte, u32 channel, u32 *stop, u32 *start, u32 *msb, u32 *flag);
 u32 kor_gatr_tag_config_set(kor_rte rte, u32 channel, u32 stop, u32 start, u32 msb);
 u32 kor_gatr_tag_enable_set(kor_rte rte, u32 channel, u32 enable);
@@ -136,8 +135,7 @@ u32 kor_gatr_port_ingress_qinq_cvlan_map_rem(kor_rte rte, u32 channel, u32 cvlan
 /* The VLAN of the switch that untagged frames take. */
 u32 kor_gatr_port_default_vlan_set(kor_rte rte, u32 channel, u16 vlan);
 
-/* The MAC's 64-bit counters. Each comes with its 32-bit halves swapped. `clear` is 1 to zero them on
- * reading. */
+/* The MAC's 64-bit counters, each with its 32-bit halves swapped. `clear` is 1 to zero them on reading. */
 enum {
     KOR_GATR_TX_COUNTERS = 27,
     KOR_GATR_RX_COUNTERS = 28
