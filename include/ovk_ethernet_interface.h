@@ -75,8 +75,8 @@ typedef struct ovk_ethernet_svi_data {
  *   the status of the step that failed: the system and interface modules' own, or those of kor_status.h for
  *   rules, state memory, flow data and port settings
  *
- * A failure frees the record and nothing else: rules, settings, the VLAN table and the interface id that
- * were made stay, and a later create of the port overwrites them.
+ * A failure frees the record and nothing else. Rules and settings that were made stay until a later create of
+ * the port overwrites them; the VLAN table and the interface id are lost.
  */
 OVK_ETHERNET_API u32 ovk_ethernet_interface_create(ovk_module *module, const ovk_ethernet_intf_attrs *attrs,
                                                    ovk_ethernet_if_handle *if_handle);

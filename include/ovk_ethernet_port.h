@@ -60,7 +60,7 @@ typedef struct ovk_ethernet_port_status {
 } ovk_ethernet_port_status;
 
 /*
- * Fills `*status`. `mask` must have one of its low six bits; `blocking` is 1 to wait for the MAC.
+ * Fills `*status`. `mask` must have one of its low six bits; `blocking` is 1 for a blocking query; both answer at once.
  * KOR_E_INVALID_ARGUMENT (8) for null `status` and for the mask.
  */
 OVK_ETHERNET_API u32 ovk_ethernet_port_status_get(ovk_module *module, ovk_ethernet_if_handle if_handle,

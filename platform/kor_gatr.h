@@ -15,7 +15,7 @@
 extern "C" {
 #endif
 
-/* MAC channels. Up to 9 the value and the digit in the name differ: each group of channels starts at 8n. */
+/* MAC channels. The values 5 to 9 name the channels 8 to 12; all others have the digit of their name. */
 enum kor_mac_channel {
     KOR_XGMAC0 = 0,
     KOR_GMAC1 = 1,

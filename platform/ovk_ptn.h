@@ -25,7 +25,7 @@ u32 ovk_ptn_clear(kor_ptn *pattern);
  */
 u32 ovk_ptn_extend(kor_ptn *pattern, u32 value, u32 bits);
 
-/* Frees the pattern's object, by the record's words. An all-zero record has none, and is freed all the same. */
+/* Frees the pattern's object, by the record's words. A record without an object is freed all the same. */
 u32 ovk_ptn_free(struct kor_ptn_data *data, u32 length, u32 width);
 
 /* Print a pattern or an action to standard output, without a newline. */

@@ -4,8 +4,7 @@
 //
 //   port number   a group in the high nibble, an index in the low; 22 of them
 //   if_id         up to 20 bits. Low byte: a port number, an aggregate id, or 14 for a switch virtual
-//   interface;
-//                 above it the VLAN of a sub-interface or the index of a virtual one
+//                 interface; above it the VLAN of a sub-interface or the index of a virtual one
 //   hsw_if_id     a port's index in the switch front end, 0 to 21
 #ifndef OVK_ETH_HELPER_IDENTIFIERS_H
 #define OVK_ETH_HELPER_IDENTIFIERS_H
@@ -47,6 +46,12 @@ constexpr u32 ovk_eth_create_aggr_if_id(u32 slot)
 }
 
 namespace ovk {
+
+// The 10-gigabit ports, 0 and 8 (which has a MAC and is no port number).
+constexpr bool is_xgmac_number(u32 if_num)
+{
+    return (if_num & 0xFFFFFFF7) == 0;
+}
 
 // True for the 22 port numbers.
 constexpr bool is_port_number(u32 if_num)

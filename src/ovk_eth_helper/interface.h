@@ -47,13 +47,14 @@ u32 check_no_member(ovk_module *module, ovk_ethernet_if_handle handle);
 u32 check_mode(ovk_module *module, ovk_ethernet_if_handle handle, u32 modes);
 u32 check_phy_mode(ovk_module *module, ovk_ethernet_if_handle handle, u32 modes);
 
-// A port's or aggregate's own forwarding mode, and MAC address.
+// A port's or aggregate's own forwarding mode. Not for other kinds of interface.
 inline u32 mode_of(const ovk_eth_intf &intf)
 {
     return intf.if_type == INTERFACE_TYPE_AGGR ? intf.aggr.fwd_mode : intf.phy.attrs.fwd_mode;
 }
 
 // Runs `step` on the port itself, or on each member of the aggregate in order; stops at the first failure.
+// Not for other kinds of interface.
 template <class Step>
 u32 for_each_port(ovk_eth_intf &intf, Step step)
 {

@@ -10,6 +10,8 @@ OVK_LOG_FILE(ovk_eth_hw, 14);
 
 namespace {
 
+OVK_TARGET_SIZE(kor_vptn_field, 16);
+
 enum field : u8 {
     selector_field,
     protocol_field,
@@ -61,7 +63,7 @@ struct vector_pattern {
     {
         kor_ptn &pattern = fields[index].pattern;
         const u32 status = ovk_ptn_new(field_bits[index], &pattern);
-        return status + fill(pattern);
+        return status == KOR_OK ? fill(pattern) : status;
     }
 
     u32 build_number(field index, u32 value)

@@ -9,14 +9,10 @@
 
 OVK_LOG_FILE(ovk_eth_hw, 13);
 
+using ovk::enabled_word;
 using ovk::on_channel;
 
 namespace {
-
-const char *enabled_word(u32 on)
-{
-    return on != 0 ? "Enabled" : "Disabled";
-}
 
 // One direction of a port on or off; the other keeps its state.
 u32 set_direction(ovk_module *module, u32 channel, bool is_tx, u32 on)
@@ -31,8 +27,12 @@ u32 set_direction(ovk_module *module, u32 channel, bool is_tx, u32 on)
                         kor_status_get(rc));
     u32 &state = is_tx ? tx : rx;
     if ((state != 0) == (on != 0)) {
-        OVK_LOG(module, hw, "MAC Channel %s %s already %s\n", name, is_tx ? "TX" : "RX",
-                on != 0 ? "enabled" : "disabled");
+        OVK_LOG(module, hw,
+                is_tx ? (on != 0 ? "MAC Channel %s TX already enabled\n"
+                                 : "MAC Channel %s TX already disabled\n")
+                      : (on != 0 ? "MAC Channel %s RX already enabled\n"
+                                 : "MAC Channel %s RX already disabled\n"),
+                name);
         return KOR_OK;
     }
     state = on;
@@ -66,8 +66,11 @@ u32 set_duplex(ovk_module *module, u32 channel, u32 port, u32 duplex)
 
     OVK_TRY(get_speed(module, channel, port, &speed, &old_duplex));
     if (old_duplex == duplex) {
-        OVK_LOG(module, hw, "MAC Channel %s already configured in %s Duplex mode\n",
-                ovk_eth_mac_channel_name(channel), duplex == OVK_ETHERNET_DUPLEX_FULL ? "Full" : "Half");
+        OVK_LOG(module, hw,
+                duplex == OVK_ETHERNET_DUPLEX_FULL
+                    ? "MAC Channel %s already configured in Full Duplex mode\n"
+                    : "MAC Channel %s already configured in Half Duplex mode\n",
+                ovk_eth_mac_channel_name(channel));
         return KOR_OK;
     }
     log_speed(module, channel, speed, duplex);
@@ -83,6 +86,8 @@ constexpr u32 ovk_eth_convert_phy_speed(u32 phy_speed)
 {
     return phy_speed <= phy_speed_1g ? phy_speed + OVK_ETHERNET_SPEED_10M : 0;
 }
+
+static_assert(sizeof(ovk_ethernet_port_status) == 12);
 
 struct bridging_vp_row {
     u32 id;

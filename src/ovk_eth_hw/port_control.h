@@ -2,6 +2,8 @@
 //
 // Settings of a port's MAC. `port` is a port number. Enables and rates are read first and written only when
 // they change. Under the module lock.
+//
+// A writer that needs a MAC channel may also return the system module's status for a port without one.
 #ifndef OVK_ETH_HW_PORT_CONTROL_H
 #define OVK_ETH_HW_PORT_CONTROL_H
 
@@ -33,6 +35,12 @@ u32 ovk_eth_port_status(ovk_module *module, u32 port, u32 blocking, u32 mask,
 u32 ovk_eth_if_flow_control_set(ovk_module *module, u32 port, u32 enable, u32 policy_bit, u32 time);
 
 namespace ovk {
+
+// As log lines say it.
+inline const char *enabled_word(u32 on)
+{
+    return on != 0 ? "Enabled" : "Disabled";
+}
 
 // Writes the module's PCP map into the switch's three virtual pipelines, in order. The platform's own
 // status.

@@ -18,7 +18,6 @@ namespace {
 
 constexpr u32 untagged = 0;
 constexpr u32 tagged = 1;
-constexpr u32 default_vlan_eth_type = 0x8100;
 
 // Untagged traffic has the one priority of PCP 0, tagged traffic the whole table.
 u32 set_pipelines(ovk_module *module, u32 channel, const char *vp_name, const char *tagged_vp_name)
@@ -68,7 +67,7 @@ u32 ovk_eth_set_gatr_port_attr(ovk_module *module, u32 port, const char *vp_name
         OVK_TRY(set_pipelines(module, channel, vp_name, tagged_vp_name));
         // The ether types are the adapter's own at this point: nothing sets them.
         OVK_LOG(module, hw, "Configuring MAC Channel %s with VLAN ethType 0x%04x & 0x%04x\n", name,
-                default_vlan_eth_type, default_vlan_eth_type);
+                OVK_ETH_VLAN_ETH_TYPE, OVK_ETH_VLAN_ETH_TYPE);
         OVK_LOG(module, hw, "Enabling Q-in-Q for MAC Channel %s\n", name);
         OVK_TRY_RTE(module, kor_gatr_qinq_set(rte, channel, 1), KOR_E_QINQ,
                     "RTE Error: %s, Failed to disable Q-in-Q for %s\n", name);

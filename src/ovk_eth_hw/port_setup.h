@@ -4,6 +4,8 @@
 // filters, source address. `port` is a port number. Each writer stops at its first failure and takes
 // nothing back; its statuses are its own (kor_status.h), not the platform's, which goes into the message.
 // Under the module lock.
+//
+// A writer that needs a MAC channel may also return the system module's status for a port without one.
 #ifndef OVK_ETH_HW_PORT_SETUP_H
 #define OVK_ETH_HW_PORT_SETUP_H
 

@@ -6,7 +6,6 @@
 #include "kor_se.h"
 #include "kor_vp.h"
 #include "ovk_ethernet_enums.h"
-#include "ovk_print.h"
 
 OVK_LOG_FILE(ovk_eth_hw, 12);
 
@@ -47,9 +46,6 @@ u32 write_flow_data(ovk_module *module, u32 if_id, const intf_flow_data &data)
 
 u32 write_info(ovk_module *module, u32 index, const intf_se_info &info)
 {
-    OVK_LOG_RECORD(
-        module, se_write, [&] { ovk_byte_string_print(&info, sizeof info); },
-        "NS ID 0x%08x idx %d: ", index, 0);
     OVK_TRY_RTE(module, kor_se_state_set(module->rte_handle, index, 0, &info, sizeof info), KOR_E_SE_WRITE,
                 "RTE Error: %s, Failed to write to SE memory\n");
     return KOR_OK;

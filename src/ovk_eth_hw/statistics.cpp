@@ -20,7 +20,7 @@ static_assert(sizeof(ovk_eth_port_stats) == (KOR_GATR_TX_COUNTERS + KOR_GATR_RX_
 static_assert(offsetof(ovk_eth_port_stats, rx_octets) == KOR_GATR_TX_COUNTERS * sizeof(u64));
 static_assert(sizeof(ovk_eth_if_stats) == 232 && offsetof(ovk_eth_if_stats, rx_error_ucast) == 176 &&
               offsetof(ovk_eth_if_stats, ieee_802_3_dropped_bytes) == 208);
-static_assert(sizeof(ovk_eth_global_stats) == 92);
+static_assert(sizeof(ovk_eth_global_stats) == 92 && sizeof(ovk_eth_l2_stats) == 104);
 
 namespace {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Reading of counters. A failed read leaves `out` partly filled. Under the module lock.
+// Reading of counters. A failed read may leave `out` partly filled. Under the module lock.
 #ifndef OVK_ETH_HW_STATISTICS_H
 #define OVK_ETH_HW_STATISTICS_H
 

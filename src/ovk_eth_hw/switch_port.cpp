@@ -4,9 +4,9 @@
 #include <cstddef>
 
 #include "common/op.h"
+#include "common/switch_ids.h"
 #include "kor_gatr.h"
 #include "kor_gatr_switch.h"
-#include "ovk_eth_hw/bridge_table.h"
 #include "ovk_eth_hw/channel.h"
 
 OVK_LOG_FILE(ovk_eth_hw, 16);
@@ -28,7 +28,6 @@ constexpr u32 steps_per_minute = 12;
 constexpr u32 most_minutes_in_steps = 4;
 
 constexpr u32 unknown_multicast_index = 201;
-constexpr u32 every_destination = 0x400000; // bit 22, in each destination's set
 
 // Shifts as the target makes them: 32 and more, or a negative amount, leave nothing.
 constexpr u32 shifted_left(u32 value, u32 amount)
@@ -293,7 +292,7 @@ u32 ovk_eth_set_gatr_hsw_bridging_dest_vps(ovk_module *module, u32 op, u8 vp, u3
         // Each destination index reaches its own virtual port and one that all have.
         OVK_TRY_RTE(module,
                     kor_gatr_switch_bridge_destination_vps_set(rte, static_cast<u8>(vp + 1),
-                                                               low | (add ? every_destination : 0), high),
+                                                               low | (add ? OVK_ETH_FIXED_VP : 0), high),
                     KOR_E_DESTINATION_VPS, "RTE Error: %s, Failed to add entry to destination VP table\n");
         OVK_TRY_RTE(module, kor_gatr_switch_bridge_source_port_vps_set(rte, channel, low, high),
                     KOR_E_ACL_GET, "RTE Error: %s, Failed to source port map rule in HSW\n");

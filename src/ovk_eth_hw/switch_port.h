@@ -3,6 +3,8 @@
 // Writers that put a port into the switch front end or take it out, and set how it learns, ages and floods
 // there. `port` is a port number. Each reads, changes and writes platform records, stops at its first
 // failure, and takes nothing back; statuses are the writers' own (kor_status.h). Under the module lock.
+//
+// A writer that needs a MAC channel may also return the system module's status for a port without one.
 #ifndef OVK_ETH_HW_SWITCH_PORT_H
 #define OVK_ETH_HW_SWITCH_PORT_H
 

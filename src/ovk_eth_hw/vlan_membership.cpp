@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ovk_eth_hw/vlan_membership.h"
 
+#include "common/switch_ids.h"
+
 #include "kor_gatr.h"
 #include "kor_gatr_switch.h"
 #include "ovk_eth_hw/channel.h"
@@ -21,8 +23,8 @@ constexpr u32 vlan_bits = 12;
 constexpr u32 profile_given = 0x800000;
 constexpr u32 single_tagged = 0x1000;
 
-// Virtual port 22, which stands in every set that LLS flows make.
-constexpr u64 fixed_vp = 0x400000;
+// As a set of its own.
+constexpr u64 fixed_vp = OVK_ETH_FIXED_VP;
 
 // A port's bit in a set of virtual ports. It is a 32-bit number that is widened with its sign, so port 31
 // takes the whole high word along, and a port of 32 or more has none.
@@ -61,7 +63,7 @@ u32 ovk_eth_out_vlan_id(ovk_module *module, u32 op, u32 port, u32 bg_id, u16 vla
             key.add(bg_id, vlan_bits);
         const u32 tagged = port_tag_type == OVK_ETHERNET_PORT_TAG_TYPE_SINGLE_TAGGED ? single_tagged : 0;
         return OVK_WRITE_RULE(module, key, op,
-                              ovk::data_action(vlan_id | tagged | u32{tag_rewrite} << 13, 0));
+                              ovk::data_action(vlan_id | tagged | (tag_rewrite & 1u) << 13, 0));
     });
 }
 

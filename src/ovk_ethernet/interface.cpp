@@ -24,23 +24,13 @@ using ovk::word;
 
 namespace {
 
-constexpr u32 vlan_ids = 4096;
-constexpr u16 default_vlan_eth_type = 0x8100; // IEEE 802.1Q C-tag
 constexpr u8 no_key_slot = 0xff;
 constexpr u32 interface_counters_size = 256;
 constexpr ovk_eth_mac_prefix broadcast = {.mac = {0xff, 0xff, 0xff, 0xff, 0xff, 0xff},
                                           .bits = OVK_ETH_MAC_BITS};
 
-constexpr u32 flow_filter_bit = 0x20000;
-constexpr u32 llc_snap_bit = 0x10000;
-
 constexpr char routed_pipeline[] = "ethernet_hsw_higher_layer_forward";
 constexpr char other_pipeline[] = "ethernet_static_forwarding";
-
-bool is_xgmac_number(u32 if_num)
-{
-    return if_num == 0 || if_num == 8;
-}
 
 u32 out_of_memory(ovk_module *module)
 {
@@ -73,12 +63,12 @@ u32 fill_record(ovk_module *module, ovk_eth_intf &port, const ovk_ethernet_intf_
     port.phy.phy_spare_byte = 1;
     port.phy.phy_spare_word = 1;
     port.phy.vlan_assign_policy = OVK_ETHERNET_VLAN_ASSIGN_PORT_BASED;
-    port.phy.vlan_eth_type[0] = default_vlan_eth_type;
-    port.phy.vlan_eth_type[1] = default_vlan_eth_type;
+    port.phy.vlan_eth_type[0] = OVK_ETH_VLAN_ETH_TYPE;
+    port.phy.vlan_eth_type[1] = OVK_ETH_VLAN_ETH_TYPE;
     port.hsw_if_id = ovk_eth_create_hsw_if_id(attrs.if_num);
 
     ovk_eth_vlan_entry *&table = object.hsw_port_vlan_table[port.hsw_if_id];
-    table = static_cast<ovk_eth_vlan_entry *>(kor_nvm_calloc(vlan_ids, sizeof(ovk_eth_vlan_entry)));
+    table = static_cast<ovk_eth_vlan_entry *>(kor_nvm_calloc(OVK_ETH_VLAN_IDS, sizeof(ovk_eth_vlan_entry)));
     if (table == nullptr)
         return out_of_memory(module);
     for (ovk_eth_aggr_slot &slot : object.aggr_slots)
@@ -106,12 +96,12 @@ u32 take_counters(ovk_module *module, ovk_eth_intf &port)
 u32 add_identity(ovk_module *module, ovk_eth_intf &port)
 {
     const ovk_ethernet_intf_attrs &attrs = port.phy.attrs;
-    const u32 flags = attrs.if_num + (attrs.fwd_mode * 256) + flow_filter_bit;
+    const u32 flags = attrs.if_num + (attrs.fwd_mode * 256) + OVK_ETH_FLOW_FILTER_BIT;
 
     port.inif_flags = flags;
     OVK_TRY(
         ovk_eth_inif_flags_stats(module, OVK_ETH_ADD, port.hsw_if_id, port.stats_ns_id, port.inif_flags));
-    port.outif_flags = flags + (attrs.encap_type != OVK_ETHERNET_ENCAP_DIX ? llc_snap_bit : 0);
+    port.outif_flags = flags + (attrs.encap_type != OVK_ETHERNET_ENCAP_DIX ? OVK_ETH_LLC_SNAP_BIT : 0);
     OVK_TRY(ovk_eth_outif_flags_stats(module, OVK_ETH_ADD, port.if_id, port.stats_ns_id, port.outif_flags));
     OVK_TRY(ovk_eth_map_dest_map_index_to_mac_or_lag_id(module, OVK_ETH_ADD, port.hsw_if_id, port.if_id));
     OVK_TRY(ovk_eth_map_subif_ns_id(module, OVK_ETH_ADD, port.if_id, port.stats_ns_id));
@@ -165,7 +155,7 @@ u32 set_up_mac(ovk_module *module, const ovk_ethernet_intf_attrs &attrs)
 
     if (ovk::object_of(module).port_attributes_override != 0)
         return KOR_OK;
-    if (!is_xgmac_number(if_num)) {
+    if (!ovk::is_xgmac_number(if_num)) {
         OVK_TRY(ovk_eth_if_speed_set(module, if_num, attrs.output_rate));
         OVK_TRY(attrs.full_duplex != 0 ? ovk_eth_if_full_duplex_set(module, if_num)
                                        : ovk_eth_if_full_duplex_reset(module, if_num));

@@ -4,18 +4,18 @@
 #include <cstring>
 
 #include "common/frame.h"
+#include "ovk_eth_helper/identifiers.h"
 #include "ovk_eth_helper/interface.h"
 #include "ovk_eth_helper/names.h"
 #include "ovk_eth_hw/channel.h"
 
 OVK_LOG_FILE(ovk_ethernet, 8);
 
+using ovk::enabled_word;
 using ovk::outcome;
 using ovk::word;
 
 namespace {
-
-constexpr u32 xgmac_mask = 0xFFFFFFF7; // ports 0 and 8
 
 // What every call but one begins with.
 u32 check_port(ovk_module *module, ovk_ethernet_if_handle if_handle)
@@ -31,12 +31,7 @@ u32 number_of(ovk_ethernet_if_handle if_handle)
 
 bool is_xgmac(ovk_ethernet_if_handle if_handle)
 {
-    return (number_of(if_handle) & xgmac_mask) == 0;
-}
-
-const char *enabled_word(u32 enable)
-{
-    return enable != 0 ? "Enabled" : "Disabled";
+    return ovk::is_xgmac_number(number_of(if_handle));
 }
 
 // The MAC's own numbers for policies, and for the bits of a status mask. Bits 0x10 and 0x20 of the mask are
@@ -229,14 +224,17 @@ u32 ovk_ethernet_flow_control(ovk_module *module, ovk_ethernet_if_handle if_hand
 u32 ovk_ethernet_port_loopback(ovk_module *module, ovk_ethernet_if_handle if_handle, u32 enable)
 {
     return ovk::public_call(OVK_CALLER, module,
-                            OVK_LINE("Failed to %s loopback on Interface 0x%08x\n",
-                                     enable != 0 ? "enable" : "disable", word(if_handle)),
+                            OVK_LINE(enable != 0 ? "Failed to enable loopback on Interface 0x%08x\n"
+                                                 : "Failed to disable loopback on Interface 0x%08x\n",
+                                     word(if_handle)),
                             [&]() -> outcome {
                                 OVK_TRY(check_port(module, if_handle));
                                 OVK_TRY(
                                     ovk_eth_if_loopback(module, number_of(if_handle), enable != 0 ? 1 : 0));
-                                OVK_INFO(module, "Loopback %s on Interface 0x%08x\n",
-                                         enable != 0 ? "enabled" : "disabled", word(if_handle));
+                                OVK_INFO(module,
+                                         enable != 0 ? "Loopback enabled on Interface 0x%08x\n"
+                                                     : "Loopback disabled on Interface 0x%08x\n",
+                                         word(if_handle));
                                 return KOR_OK;
                             });
 }

@@ -13,11 +13,9 @@ using ovk::word;
 
 namespace {
 
-constexpr u32 flow_filter_bit = 0x20000;
-
 constexpr u32 with_filter(u32 flags, u32 filter)
 {
-    return filter == 1 ? flags | flow_filter_bit : flags & ~flow_filter_bit;
+    return filter == 1 ? flags | OVK_ETH_FLOW_FILTER_BIT : flags & ~OVK_ETH_FLOW_FILTER_BIT;
 }
 
 // The three addresses that the port's unicast filter lets through: its own, its aggregate's if it is a
@@ -59,23 +57,26 @@ u32 write_flags(ovk_module *module, ovk_eth_intf &intf, u32 inif_flags, u32 outi
 
 u32 ovk_ethernet_promiscuous_mode(ovk_module *module, ovk_ethernet_if_handle if_handle, u32 mode)
 {
-    const char *word_of_mode = mode != 0 ? "Promiscuous" : "Non-Promiscuous";
-
-    return ovk::public_call(
-        OVK_CALLER, module,
-        OVK_LINE("Failed to set Interface 0x%08x in %s mode\n", word(if_handle), word_of_mode),
-        [&]() -> ovk::outcome {
-            OVK_TRY(ovk::check_if_handle(module, if_handle));
-            OVK_TRY(ovk::check_mode(module, if_handle, ovk::routed_mode));
-            OVK_TRY(ovk::for_each_port(*if_handle, [&](const ovk_eth_intf &port) {
-                return ovk_eth_promisc_mode(module, port.if_id, mode);
-            }));
-            u8 &stored = if_handle->if_type == INTERFACE_TYPE_PHY ? if_handle->phy.promiscuous
-                                                                  : if_handle->aggr.promiscuous;
-            stored = static_cast<u8>(mode);
-            OVK_INFO(module, "Interface 0x%08x set in %s mode\n", word(if_handle), word_of_mode);
-            return KOR_OK;
-        });
+    return ovk::public_call(OVK_CALLER, module,
+                            OVK_LINE(mode != 0 ? "Failed to set Interface 0x%08x in Promiscuous mode\n"
+                                               : "Failed to set Interface 0x%08x in Non-Promiscuous mode\n",
+                                     word(if_handle)),
+                            [&]() -> ovk::outcome {
+                                OVK_TRY(ovk::check_if_handle(module, if_handle));
+                                OVK_TRY(ovk::check_mode(module, if_handle, ovk::routed_mode));
+                                OVK_TRY(ovk::for_each_port(*if_handle, [&](const ovk_eth_intf &port) {
+                                    return ovk_eth_promisc_mode(module, port.if_id, mode);
+                                }));
+                                u8 &stored = if_handle->if_type == INTERFACE_TYPE_PHY
+                                                 ? if_handle->phy.promiscuous
+                                                 : if_handle->aggr.promiscuous;
+                                stored = static_cast<u8>(mode);
+                                OVK_INFO(module,
+                                         mode != 0 ? "Interface 0x%08x set in Promiscuous mode\n"
+                                                   : "Interface 0x%08x set in Non-Promiscuous mode\n",
+                                         word(if_handle));
+                                return KOR_OK;
+                            });
 }
 
 u32 ovk_ethernet_flow_filter(ovk_module *module, ovk_ethernet_if_handle if_handle, u32 in_filter,

@@ -3,8 +3,8 @@
 
 #include "common/frame.h"
 #include "common/op.h"
+#include "common/switch_ids.h"
 #include "ovk_eth_helper/interface.h"
-#include "ovk_eth_hw/bridge_table.h"
 #include "ovk_ethernet_vlan.h"
 
 OVK_LOG_FILE(ovk_ethernet, 9);
@@ -14,19 +14,16 @@ using ovk::word;
 
 namespace {
 
-constexpr u32 max_vlan_id = 4095;
 constexpr u8 bridge_group_kind = 2;
 
 // Marks an entry of a port's VLAN table as taken, and tells whether the port assigns VLANs by a policy.
 constexpr u32 entry_without_policy = 0x5000000;
 constexpr u32 entry_with_policy = 0x7000000;
 
-constexpr u32 policy_shift = 19;
-
 // Unmasked: bits that stand above the policy show in it.
 u32 policy_of(const ovk_eth_intf &intf)
 {
-    return intf.inif_flags >> policy_shift;
+    return intf.inif_flags >> OVK_ETH_POLICY_SHIFT;
 }
 
 ovk_eth_vlan_entry &entry_of(ovk_module *module, const ovk_eth_intf &port, u32 vlan_id)
@@ -41,7 +38,7 @@ ovk_eth_aggr_vlan_entry &aggr_entry_of(ovk_module *module, const ovk_eth_intf &a
 
 u32 check_vlan_id(ovk_module *module, u32 vlan_id)
 {
-    if (vlan_id <= max_vlan_id)
+    if (vlan_id < OVK_ETH_VLAN_IDS)
         return KOR_OK;
     return OVK_FAIL(module, OVK_ETHERNET_E_INVALID_VLAN_ID, "Invalid VLAN ID 0x%04x\n", vlan_id);
 }
