@@ -110,9 +110,14 @@ struct scenario {
     }
 };
 
-void sweep(const plan &of, const sim::faults::Sweep &how = {})
+// Some operations are called thousands of times: a few calls of each, then all of the others.
+void sweep(const plan &of)
 {
-    const u32 faults = sim::for_each_fault([&] { return scenario(of); }, how);
+    const auto make = [&] { return scenario(of); };
+    const u32 faults =
+        sim::for_each_fault(make, {.except = {}, .per_operation = 3}) +
+        sim::for_each_fault(make,
+                            {.except = {"kor_nvm_calloc", "kor_se_state_set", "ovk_lttng_fn_ptr_get"}});
     testing::Test::RecordProperty(of.name, static_cast<int>(faults));
     EXPECT_GE(faults, of.floor) << of.name;
     sim::reset();
@@ -120,21 +125,17 @@ void sweep(const plan &of, const sim::faults::Sweep &how = {})
 
 TEST(Fault, InitFreesTheObject)
 {
-    // Some operations are called thousands of times: a few of each, then all of the others.
-    sweep({"init_first_calls", 80, effect::starts, ovk_ethernet_init}, {.except = {}, .per_operation = 5});
-    sweep({"init", 250, effect::starts, ovk_ethernet_init},
-          {.except = {"kor_nvm_calloc", "kor_se_state_set", "ovk_lttng_fn_ptr_get"}});
+    sweep({"init", 300, effect::starts, ovk_ethernet_init});
 }
 
 TEST(Fault, ShutdownKeepsTheHandle)
 {
-    sweep({"shutdown", 90, effect::stops, ovk_ethernet_shutdown}, {.except = {}, .per_operation = 70});
+    sweep({"shutdown", 100, effect::stops, ovk_ethernet_shutdown});
 }
 
 TEST(Fault, ServiceUpdateKeepsTheHandle)
 {
-    sweep({"service_function_update", 100, effect::stays, ovk_ethernet_service_function_update},
-          {.except = {}, .per_operation = 100});
+    sweep({"service_function_update", 20, effect::stays, ovk_ethernet_service_function_update});
 }
 
 TEST(Fault, ExceptionConfigureKeepsWhatWasWritten)

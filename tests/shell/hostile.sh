@@ -24,9 +24,9 @@ check 1 $'bytes\novk> init\n-> 0 ok' "$dir/long"
 for ((byte = 0; byte < 256; byte++)); do printf "init \\x$(printf %02x $byte)%s\n" tail; done >"$dir/bytes"
 check 1 "'\\x00'" "$dir/bytes"
 check 1 "can't be read" "$dir"
-"$shell" "$dir/absent" >/dev/null 2>&1
-[[ $? == 1 ]] || exit 1
-"$shell" /dev/zero >/dev/null 2>&1 # one line without end: the first failure ends it
-[[ $? == 1 ]] || exit 1
-"$shell" --library "$dir/empty" "$dir/empty" >/dev/null 2>&1
-[[ $? == 1 ]] || exit 1
+# No such script; one line without end, which is the first failure; no library.
+for arguments in "$dir/absent" /dev/zero "--library $dir/empty $dir/empty"; do
+    # shellcheck disable=SC2086
+    "$shell" $arguments >/dev/null 2>&1
+    [[ $? == 1 ]] || exit 1
+done

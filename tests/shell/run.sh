@@ -5,8 +5,7 @@
 #   #not TEXT the output has no line with TEXT
 # Comments that the shell shows don't count as output.
 set -uo pipefail
-shell=$1
-script=$2
+shell=$1 script=$2
 output=$(cd "$(dirname "$script")" && "$shell" "$(basename "$script")" 2>&1)
 status=$?
 fail() {
