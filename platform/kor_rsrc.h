@@ -3,9 +3,8 @@
  * kor_rsrc: namespaces, the id pools of the run-time environment.
  *
  * A namespace has a name and a kind. The classifier programme and the host bring some with them, which are
- * found by name; a module may create more. Ids are opaque u32 values; those of
- * the state memory namespaces are disjoint. All
- * operations return 0 or a platform status.
+ * found by name; a module may create more. Ids are opaque u32 values; those of the namespaces that address
+ * state memory are disjoint. All operations return 0 or a platform status.
  */
 #ifndef KOR_RSRC_H
 #define KOR_RSRC_H

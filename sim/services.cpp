@@ -49,7 +49,9 @@ u32 ovk_module_service_function_register(ovk_system *parent, ovk_module *module,
 u32 ovk_module_service_function_update(ovk_system *parent, ovk_module *module,
                                        const ovk_service_record *record)
 {
-    return platform<"ovk_module_service_function_update">(With{module}, [&]() -> u32 {
+    const ovk_service_record shown = record ? *record : ovk_service_record{};
+    const With arguments{module, shown.indirect_fn_id, shown.direct_fn_id};
+    return platform<"ovk_module_service_function_update">(arguments, [&]() -> u32 {
         auto &services = services_of(parent, module, record);
         const auto at = services.find(module);
         if (at == services.end())

@@ -1,2 +1,169 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "ovk_eth_helper/names.h"
 #include "support.h"
+
+namespace {
+
+using namespace test;
+
+using Shutdown = HostTest;
+using ServiceUpdate = ModuleTest;
+
+TEST_F(Shutdown, LeavesSettingsRegistrationOneBucketAndOneNode)
+{
+    const std::string before = host().image();
+    EXPECT_EQ(ovk_ethernet_init(module()), 0u);
+    EXPECT_EQ(holdings(host()), "db 15 id 259 ns 3 br 1 mem 10052");
+    EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u);
+
+    Lines expected = {"+ register switch.age_hysteresis = 0x0"};
+    for (const char n : {'0', '1', '2', '3', '4', '5', '6', '7'}) {
+        expected.push_back(std::string("+ register common.dscp_cos[") + n + "] = 0x" + n);
+        expected.push_back(std::string("+ register switch.acl_cos_to_dscp[") + n + "] = 0x" + n);
+    }
+    std::sort(expected.begin(), expected.end());
+    Lines diff = sim::image_diff(before, host().image());
+    ASSERT_EQ(diff.size(), 18u);
+    EXPECT_TRUE(diff.back().starts_with("+ service ovk_ethernet shutdown"));
+    diff.pop_back();
+    EXPECT_EQ(diff, expected);
+    EXPECT_EQ(sim::heap::live_sizes(),
+              (std::map<size_t, size_t>{{sizeof(ovk_eth_fdb_bucket), 1}, {sizeof(ovk_eth_fdb_node), 1}}));
+    EXPECT_EQ(sim::live_patterns(), 0u);
+}
+
+TEST_F(Shutdown, EndsTheHandleUntilTheNextStart)
+{
+    EXPECT_EQ(ovk_ethernet_init(module()), 0u);
+    EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u);
+    EXPECT_EQ(module()->module_object, nullptr);
+    lines_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 1u); });
+    lines_of([&] { EXPECT_EQ(ovk_ethernet_init(module()), 0u); });
+    EXPECT_EQ(holdings(host()), "db 15 id 259 ns 3 br 1 mem 10054");
+}
+
+TEST_F(Shutdown, TakesItsStepsInOrder)
+{
+    EXPECT_EQ(ovk_ethernet_init(module()), 0u);
+    sim::journal_on(true);
+    module()->log_mask = 15;
+    const Lines lines = messages_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u); });
+    EXPECT_EQ(sim::journal::ops("kor_subnet_destroy").size(), 15u);
+    EXPECT_EQ(steps("_lttng_|_subnet_|kor_nvm_free"), R"(ovk_sys_sem_lock_wait(lock 1)
+ovk_ptn_free x 69
+kor_gatr_switch_bridge_entry_unlearn(03000000ff0f00000000000000000000)
+kor_rsrc_free(ethernet_intf_stats, 0x900140, 0x1)
+kor_rsrc_free(ethernet_intf_pcp_stats, 0x900540, 0x1)
+kor_rsrc_free(ethernet_intf_vlan_stats, 0x900940, 0x1)
+kor_rsrc_free(ethernet_flow_info, 0xd0fe19, 0x100)
+kor_rsrc_destroy(ethernet_multicast_groups)
+kor_rsrc_destroy(ethernet_flows)
+kor_rsrc_destroy(switch_virtual_intf_id)
+kor_sem_post(lock 1)
+)");
+    const std::string head = "[ovk_ethernet_log: info] ";
+    EXPECT_EQ(lines, (Lines{head + "Freed Stats NS IDs 0x00900140 for global counters",
+                            head + "Freed Intf PCP Stats NS IDs 0x00900540 for default counters",
+                            head + "Freed Intf VLAN Stats NS IDs 0x00900940 for default counters",
+                            head + "Freed Flow Info NS IDs from 0x00d0fe19 to 0x00d0ff18",
+                            head + "Ethernet module " + hex(module()) + " shutdown"}));
+}
+
+struct failing_step {
+    const char *operation;
+    u32 nth;
+    u32 status;
+    u32 again;          // what a second try gives: it stops where the platform refuses what is gone
+    const char *stands; // beside 10052 blocks
+    const char *causes;
+};
+
+// clang-format off
+constexpr failing_step failing_steps[] = {
+    {"kor_subnet_destroy", 1, 59, 0, "db 15 id 259 ns 3 br 1", "RTE Error: injected fault, Failed to destroy subnet database for "
+     "ovk_ethernet.Vlan_Assignment_Ext_Tree|Failed to clear Ethernet module's tree IDs"},
+    {"kor_subnet_destroy", 15, 59, 0, "db 1 id 259 ns 3 br 1", "RTE Error: injected fault, Failed to destroy subnet database for "
+     "ovk_ethernet.Port_QoS_policy_lookup|Failed to clear Ethernet module's tree IDs"},
+    {"ovk_ptn_free", 40, sim::status_injected, 0, "db 3 id 259 ns 3 br 1", "Failed to clear Ethernet module's tree IDs"},
+    {"kor_gatr_switch_bridge_entry_unlearn", 1, 154, 0, "db 0 id 259 ns 3 br 1", "RTE Error: injected fault, Failed to remove entry "
+     "from HSW Bridging table"},
+    {"kor_rsrc_free", 1, 30, 154, "db 0 id 259 ns 3 br 0", "Failed to free Stats NS IDs for global counters"},
+    {"kor_rsrc_free", 2, 30, 154, "db 0 id 258 ns 3 br 0", "Failed to free Intf PCP Stats NS IDs for default counters"},
+    {"kor_rsrc_free", 3, 30, 154, "db 0 id 257 ns 3 br 0", "Failed to free Intf VLAN Stats NS IDs for default counters"},
+    {"kor_rsrc_free", 4, 30, 154, "db 0 id 256 ns 3 br 0", "Failed to free Flow Info NS IDs for if_num 0 to 16"},
+    {"kor_rsrc_destroy", 1, 27, 154, "db 0 id 0 ns 3 br 0", "Failed to destroy multicast_group_ns_hdl"},
+    {"kor_rsrc_destroy", 2, 27, 154, "db 0 id 0 ns 2 br 0", "Failed to destroy eth_flows_ns_hdl"},
+    {"kor_rsrc_destroy", 3, 27, 154, "db 0 id 0 ns 1 br 0", "Failed to destroy virtual_intf_id"},
+};
+// clang-format on
+
+TEST_F(Shutdown, FailureStopsItAndLeavesTheHandleValid)
+{
+    for (const failing_step &step : failing_steps) {
+        SCOPED_TRACE(std::string(step.operation) + " " + std::to_string(step.nth));
+        start_over();
+        EXPECT_EQ(ovk_ethernet_init(module()), 0u);
+        module()->log_mask = 3;
+        ASSERT_TRUE(sim::faults::fail(step.operation, step.nth));
+        EXPECT_EQ(messages_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), step.status); }),
+                  failures(step.causes, step.status) +
+                      failure("Ethernet module " + hex(module()) + " failed to shutdown", step.status));
+        EXPECT_EQ(holdings(host()), step.stands + std::string(" mem 10052"));
+        EXPECT_EQ(ovk_ethernet_log_level_set(module(), 0), 0u);
+        lines_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), step.again); });
+    }
+}
+
+const std::vector<kor_vp ovk_eth_module_object::*> pipelines = {
+    &ovk_eth_module_object::vp_egress_encap_ipv4, &ovk_eth_module_object::vp_egress_encap,
+    &ovk_eth_module_object::vp_expander_switch,   &ovk_eth_module_object::vp_hsw_switch,
+    &ovk_eth_module_object::vp_hsw_flood,         &ovk_eth_module_object::vp_hsw_default};
+
+TEST_F(ServiceUpdate, RenewsHandlesAndAddressesAlone)
+{
+    // The older code's record and handles.
+    ovk_service_record old = {};
+    old.indirect_fn_id = 0x1234;
+    EXPECT_EQ(ovk_module_service_function_register(host().parent(), module(), &old), 0u);
+    ovk_eth_module_object &object = ovk::object_of(module());
+    const ovk_eth_module_object started = object;
+    for (const auto pipeline : pipelines)
+        object.*pipeline = 0;
+    sim::journal_on(true);
+    EXPECT_EQ(ovk_ethernet_service_function_update(module()), 0u);
+
+    for (const auto pipeline : pipelines)
+        EXPECT_EQ(object.*pipeline, started.*pipeline);
+    EXPECT_NE(object.vp_hsw_flood, object.vp_hsw_default);
+    // The two function ids aren't handed over again, and the classifier isn't touched.
+    EXPECT_EQ(sim::journal::write_entries(),
+              Lines{"ovk_module_service_function_update(ovk_ethernet, 0x0, 0x0)"});
+    const ovk_service_record record = *host().service_record();
+    EXPECT_EQ(record.shutdown, ovk_ethernet_shutdown);
+    EXPECT_EQ(record.sys_log, ovk_ethernet_sys_log);
+    EXPECT_EQ(record.error_name, ovk_eth_error_name);
+    EXPECT_EQ(record.indirect_fn_id, 0x1234);
+}
+
+TEST_F(ServiceUpdate, StopsAtWhatIsMissing)
+{
+    ovk_eth_module_object &object = ovk::object_of(module());
+    module()->log_mask = 3;
+    const auto update = [&](const std::string &cause, u32 status) {
+        for (const auto pipeline : pipelines)
+            object.*pipeline = 0;
+        EXPECT_EQ(messages_of([&] { EXPECT_EQ(ovk_ethernet_service_function_update(module()), status); }),
+                  failures(cause + "|Ethernet module failed to register service fns", status));
+    };
+    sim::hide(host().rte(), "gatr_ethernet_hsw_switch");
+    update("Failed to find ethernet_hsw_switch VP handle", 20);
+    EXPECT_NE(object.vp_expander_switch, 0u);
+    EXPECT_EQ(object.vp_hsw_flood, 0u);
+    sim::hide(host().rte(), "gatr_ethernet_hsw_switch", false);
+    sim::faults::fail("ovk_module_service_function_update");
+    update("Failed to register Ethernet module's service functions", sim::status_injected);
+    EXPECT_NE(object.vp_hsw_default, 0u);
+    EXPECT_EQ(ovk_ethernet_service_function_update(module()), 0u);
+}
+
+} // namespace

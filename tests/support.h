@@ -9,6 +9,8 @@
 #include <cstdarg>
 #include <cstdio>
 #include <memory>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,25 +22,35 @@
 
 namespace test {
 
-// A host that no module has started on. Each test begins with a process that has just started, and ends with no
-// misuse of the platform and a free lock.
+// A host that no module has started on. Each test begins with a process that has just started, and ends
+// with no misuse of the platform and a free lock.
 class HostTest : public testing::Test {
   protected:
-    HostTest()
+    HostTest() { begin(); }
+    ~HostTest() override { end(); }
+
+    // Another host, as if another test began.
+    void start_over()
     {
-        sim::reset();
-        host_ = std::make_unique<sim::Host>();
-    }
-    ~HostTest() override
-    {
-        EXPECT_EQ(sim::misuse(), std::vector<std::string>{});
-        EXPECT_EQ(sim::lock_depth(host_->lock()), 0u);
+        end();
+        begin();
     }
 
     sim::Host &host() { return *host_; }
     ovk_module *module() { return host_->module(); }
 
   private:
+    void begin()
+    {
+        sim::reset();
+        host_ = std::make_unique<sim::Host>();
+    }
+    void end()
+    {
+        EXPECT_EQ(sim::misuse(), std::vector<std::string>{});
+        EXPECT_EQ(sim::lock_depth(host_->lock()), 0u);
+    }
+
     std::unique_ptr<sim::Host> host_;
 };
 
@@ -50,20 +62,25 @@ class ModuleTest : public HostTest {
     eth_tree_info &tree(ovk_eth_tree index) { return ovk::tree_of(module(), index); }
 };
 
-// Everything that goes to standard output during `call`, line by line.
+// What goes to standard output during `call`.
 template <class Call>
-std::vector<std::string> lines_of(Call call)
+std::string output_of(Call call)
 {
     std::fflush(stdout);
     testing::internal::CaptureStdout();
     call();
     std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}
+
+// The same line by line.
+template <class Call>
+std::vector<std::string> lines_of(Call call)
+{
     std::vector<std::string> lines;
-    std::string rest = testing::internal::GetCapturedStdout();
-    for (size_t end; (end = rest.find('\n')) != std::string::npos; rest.erase(0, end + 1))
-        lines.push_back(rest.substr(0, end));
-    if (!rest.empty())
-        lines.push_back(rest);
+    std::istringstream output(output_of(call));
+    for (std::string line; std::getline(output, line);)
+        lines.push_back(line);
     return lines;
 }
 
@@ -72,14 +89,101 @@ template <class Call>
 std::vector<std::string> messages_of(Call call)
 {
     std::vector<std::string> lines = lines_of(call);
-    for (std::string &line : lines) {
-        const size_t head = line.find("] ");
-        if (head == std::string::npos)
-            continue;
-        const size_t position = line.find(' ', head + 2);
-        line.erase(head + 1, position == std::string::npos ? std::string::npos : position - head - 1);
-    }
+    // A failure text without a newline has the status's head on its own line.
+    static const std::regex position("(_log: \\w+\\]) \\w+:\\d+ ");
+    for (std::string &line : lines)
+        line = std::regex_replace(line, position, "$1 ");
     return lines;
+}
+
+// "0x0012abcd", as messages show a handle.
+inline std::string hex(const void *handle)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08x", static_cast<u32>(reinterpret_cast<uintptr_t>(handle)));
+    return text;
+}
+
+// The lines of a failure as messages_of() gives them: what happened, then the status's text.
+inline std::vector<std::string> failure(const std::string &message, u32 status,
+                                        const std::string &word = "ERROR")
+{
+    const std::string head = "[ovk_ethernet_log: " + word + "] ";
+    return {head + message, head + ovk_sys_status_get(nullptr, status)};
+}
+
+using Lines = std::vector<std::string>;
+
+inline Lines operator+(Lines first, const Lines &second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+// The pairs of several failures of one status, between '|'. One that ends in '&' has no newline behind its text.
+inline Lines failures(const std::string &messages, u32 status)
+{
+    Lines out;
+    std::istringstream rest(messages);
+    for (std::string message; std::getline(rest, message, '|');) {
+        const bool joined = message.back() == '&';
+        const Lines pair = failure(message.substr(0, message.size() - joined), status);
+        out = out + (joined ? Lines{pair[0] + pair[1]} : pair);
+    }
+    return out;
+}
+
+// What was traced: "event text".
+inline Lines traced()
+{
+    Lines out;
+    for (const sim::traces::Record &record : sim::traces::records())
+        out.push_back(std::to_string(record.event) + ' ' + record.text);
+    return out;
+}
+
+// What a module has taken from its host: databases, ids, namespaces of its own, bridge entries, blocks.
+inline std::string holdings(const sim::Host &host)
+{
+    u32 databases = 0, ids = 0, namespaces = 0, entries = 0;
+    for (const std::string &line : sim::image_diff("", host.image())) {
+        const bool ns = line.starts_with("+ namespace ");
+        databases += line.starts_with("+ database ") && line.find(" width ") != std::string::npos;
+        ids += ns && line.find(" id 0x") != std::string::npos;
+        namespaces += ns && line.ends_with(" ids");
+        entries += line.starts_with("+ bridge ");
+    }
+    char text[80];
+    std::snprintf(text, sizeof text, "db %u id %u ns %u br %u mem %zu", databases, ids, namespaces, entries,
+                  sim::heap::live_blocks());
+    return text;
+}
+
+// The journal, one call below the other: without operations that match `out`, without rte handles and long zeros,
+// and with many calls in a row as "name x 8200".
+inline std::string steps(const std::string &out)
+{
+    constexpr size_t many = 9;
+    Lines entries = sim::journal::entries();
+    std::erase_if(entries, [without = std::regex(out)](const std::string &entry) {
+        return std::regex_search(entry, without);
+    });
+    const auto name = [](const std::string &entry) { return entry.substr(0, entry.find('(')); };
+    // Allocations are a row only when they are of one size.
+    const auto kind = [&](const std::string &entry) {
+        return entry.starts_with("kor_nvm_calloc") ? entry : name(entry);
+    };
+    std::string text;
+    for (size_t begin = 0, end = 0; begin < entries.size(); begin = end) {
+        while (end < entries.size() && kind(entries[end]) == kind(entries[begin]))
+            ++end;
+        if (end - begin >= many)
+            text += name(entries[begin]) + " x " + std::to_string(end - begin) + "\n";
+        else
+            for (size_t i = begin; i < end; ++i)
+                text += entries[i] + "\n";
+    }
+    return std::regex_replace(text, std::regex("0x7e000001(, )?|0{64,}"), "");
 }
 
 // A port as tests create it: its MAC address ends in its number, and port 0 runs at 10G, all others at 1G.
@@ -162,30 +266,6 @@ class HandMadeAggregate {
     std::vector<ovk_eth_intf *> members_;
     std::vector<ovk_eth_aggr_vlan_entry> vlans_;
 };
-
-// "0x0012abcd", as messages show a handle.
-inline std::string hex(const void *handle)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%08x", static_cast<u32>(reinterpret_cast<uintptr_t>(handle)));
-    return text;
-}
-
-// The lines of a failure as messages_of() gives them: what happened, then the status's text.
-inline std::vector<std::string> failure(const std::string &message, u32 status,
-                                        const std::string &word = "ERROR")
-{
-    const std::string head = "[ovk_ethernet_log: " + word + "] ";
-    return {head + message, head + ovk_sys_status_get(nullptr, status)};
-}
-
-using Lines = std::vector<std::string>;
-
-inline Lines operator+(Lines first, const Lines &second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
 
 // All that a failed public call prints: the cause, then the operation.
 inline Lines refusal(const std::string &cause, const std::string &operation, u32 status)

@@ -1,2 +1,102 @@
 // SPDX-License-Identifier: Apache-2.0
+// Public calls from many threads. Each test is worth most under the thread sanitizer.
 #include "support.h"
+
+#include <chrono>
+#include <latch>
+#include <thread>
+
+namespace {
+
+using test::Lines;
+
+class Threads : public test::HostTest {};
+
+TEST_F(Threads, CallsFailUntilInitialisationIsThroughAndWorkFromThenOn)
+{
+    constexpr u32 callers = 3;
+    std::vector<u32> statuses[callers]; // of each, in order, without repetitions
+    std::latch first_calls(callers);
+    const auto caller = [&](u32 number) {
+        std::vector<u32> &seen = statuses[number];
+        for (u32 tries = 0; tries < 20000 && (seen.empty() || seen.back() == 1); tries++) {
+            const u32 status = ovk_ethernet_log_enable(module(), 0x1000u << number);
+            if (tries == 0)
+                first_calls.count_down();
+            if (seen.empty() || seen.back() != status)
+                seen.push_back(status);
+            std::this_thread::sleep_for(std::chrono::microseconds(300));
+        }
+    };
+    test::lines_of([&] { // a refused call prints at any mask
+        std::vector<std::jthread> threads;
+        for (u32 number = 0; number < callers; number++)
+            threads.emplace_back(caller, number);
+        first_calls.wait();
+        EXPECT_EQ(ovk_ethernet_init(module()), 0u);
+        EXPECT_EQ(ovk_ethernet_log_disable(module(), 0x800), 0u);
+    });
+    for (const std::vector<u32> &seen : statuses)
+        EXPECT_EQ(seen, (std::vector<u32>{1, 0}));
+    EXPECT_EQ(module()->log_mask, 0x7000u);
+}
+
+TEST_F(Threads, CallsOnOneModuleAndOnTwoDontDisturbEachOther)
+{
+    constexpr u32 workers = 3; // on each module
+    constexpr u32 rounds = 30;
+    sim::Host other;
+    ovk_module *const modules[] = {module(), other.module()};
+    for (ovk_module *target : modules)
+        ASSERT_EQ(ovk_ethernet_init(target), 0u);
+    const std::string start[] = {host().image(), other.image()};
+
+    const auto action = [](u32 number, u32 round) {
+        ovk_ethernet_exception_action out = {.type = 2, .send_to_cpu = {}};
+        out.send_to_cpu.cpu_param = number << 8 | round;
+        return out;
+    };
+    // Each worker has a type and a log bit of its own, and fights the others for type 12.
+    const auto work = [&](ovk_module *target, u32 number) {
+        for (u32 round = 1; round <= rounds; round++) {
+            const auto record = action(number, round);
+            EXPECT_EQ(ovk_ethernet_exception_configure(target, 0, number, &record), 0u);
+            EXPECT_EQ(ovk_ethernet_exception_configure(target, 0, 12, &record), 0u);
+            EXPECT_EQ(ovk_ethernet_log_disable(target, 0x1000u << number), 0u);
+            EXPECT_EQ(ovk_ethernet_service_function_update(target), 0u);
+            EXPECT_EQ(ovk_ethernet_log_enable(target, 0x1000u << number), 0u);
+        }
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (ovk_module *target : modules)
+            for (u32 number = 1; number <= workers; number++)
+                threads.emplace_back(work, target, number);
+    }
+    const auto param = [](ovk_module *target, u32 type) {
+        const auto rule = sim::rule(target->rte_handle, "Get_cpu_path_param", {{0x800000 | type, 24}});
+        return rule ? rule->w1 : 0;
+    };
+    const ovk_ethernet_exception_action drop = {.type = 1, .send_to_cpu = {}};
+    for (ovk_module *target : modules) {
+        EXPECT_EQ(target->log_mask, 0xe000u);
+        EXPECT_EQ(sim::rules(target->rte_handle, "Exception_Handler_lookup").size(), workers + 1);
+        for (u32 number = 1; number <= workers; number++)
+            EXPECT_EQ(param(target, number), number << 8 | rounds);
+        EXPECT_EQ(param(target, 12) & 0xff, rounds);
+        for (const u32 type : {1u, 2u, 3u, 12u})
+            EXPECT_EQ(ovk_ethernet_exception_configure(target, 0, type, &drop), 0u);
+    }
+    EXPECT_EQ(sim::image_diff(start[0], host().image()), Lines{});
+    EXPECT_EQ(sim::image_diff(start[1], other.image()), Lines{});
+    {
+        std::vector<std::jthread> threads;
+        for (ovk_module *target : modules)
+            threads.emplace_back([target] { EXPECT_EQ(ovk_ethernet_shutdown(target), 0u); });
+    }
+    for (ovk_module *target : modules)
+        EXPECT_EQ(target->module_object, nullptr);
+    EXPECT_EQ(sim::lock_depth(other.lock()), 0u);
+}
+
+} // namespace

@@ -1,2 +1,193 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support.h"
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+
+#include "ovk_eth_hw/tree_registry.h"
+#include "ovk_eth_hw_helper/rule_engine.h"
+#include "ovk_sif.h"
+
+namespace {
+
+using test::failure;
+using test::Lines;
+
+// The trees with a database, and what their sizing lines tell.
+struct SizedTree {
+    const char *name;
+    u32 width;
+    u32 expected_entries = 0;
+    u32 sized_large = 0;
+};
+constexpr SizedTree sized_trees[] = {
+    {"Vlan_Assignment_Ext_Tree", 60},
+    {"Multicast_Lookup", 63, 32},
+    {"Ctag_Stag_Map", 68},
+    {"Lookup_flow_id", 85, 60000, 1},
+    {"Dest_Mac_Index_Lookup", 48, 64, 1},
+    {"Lookup_flow_id_optimized", 28, 60000, 1},
+    {"Lookup_CPU_flow", 52, 64, 1},
+    {"Lookup_Policing_Policy", 84},
+    {"Lookup_Intf_PCP_Policing_Policy", 24},
+    {"Lookup_Egress_flow_id", 92, 32, 1},
+    {"Priority_Map_Lookup", 28, 1152},
+    {"Port_Priority_Map_Lookup", 16, 18},
+    {"L2CP_Priority_Map_Lookup", 32},
+    {"QoS_policy_lookup", 23, 576},
+    {"Port_QoS_policy_lookup", 11, 9},
+};
+constexpr u32 multicast = 23;
+
+class TreeRegistry : public test::HostTest {};
+class LiveTreeRegistry : public test::ModuleTest {};
+
+TEST_F(LiveTreeRegistry, RecordsAgreeWithTheClassifiersProgramme)
+{
+    const kor_rte rte = host().rte();
+    const Lines tree_list = sim::trees(rte);
+    const std::set<std::string> trees(tree_list.begin(), tree_list.end());
+    std::set<std::string> names;
+    for (u32 index = 1; index < OVK_ETH_TREE_COUNT; index++) {
+        eth_tree_info &info = ovk::object_of(module()).trees[index];
+        ASSERT_NE(std::memchr(info.tree_name, 0, sizeof info.tree_name), nullptr);
+        ASSERT_NE(std::memchr(info.default_name, 0, sizeof info.default_name), nullptr);
+        SCOPED_TRACE(info.tree_name);
+        names.insert(info.tree_name);
+
+        u32 id = 0;
+        EXPECT_EQ(kor_ptn_symbol_get_id(rte, info.tree_name, &id), 0u);
+        EXPECT_EQ(info.tree_id, id);
+        EXPECT_EQ(trees.contains(info.tree_name), info.key_bits != 0);
+        EXPECT_EQ(info.dump_fn, nullptr);
+        if (info.has_subnet_db == 1) {
+            const auto root = sim::database_root(info.subnet_db);
+            EXPECT_TRUE(root && sim::same(*root, info.default_action));
+            EXPECT_TRUE(sim::database(info.subnet_db).empty());
+        } else {
+            EXPECT_EQ(info.subnet_db, 0u);
+        }
+        if (info.key_bits == 0) {
+            EXPECT_EQ(info.input_pattern.data, nullptr);
+            EXPECT_EQ(info.input_pattern.length + info.input_pattern.width, 0u);
+            continue;
+        }
+        const sim::Answer miss = sim::lookup(rte, info.tree_name, {});
+        EXPECT_EQ(miss.function, info.default_name);
+        EXPECT_TRUE(sim::same(miss.action, info.default_action));
+        // The classifier refuses a pattern that isn't of the tree's width.
+        kor_ptn_action action = ovk::data_action(index, 7);
+        EXPECT_EQ(ovk_eth_lpm_rule(module(), &info, OVK_ETH_ADD, &action), 0u);
+        EXPECT_TRUE(sim::same(sim::lookup(rte, info.tree_name, {}).action, action));
+        EXPECT_EQ(ovk_eth_lpm_rule(module(), &info, OVK_ETH_REMOVE, &action), 0u);
+        EXPECT_TRUE(sim::same(sim::lookup(rte, info.tree_name, {}).action, info.default_action));
+    }
+    EXPECT_EQ(names.size(), 69u);
+    EXPECT_TRUE(std::includes(names.begin(), names.end(), trees.begin(), trees.end()));
+}
+
+TEST_F(TreeRegistry, StartTellsTheSizesOfTheDatabases)
+{
+    Lines expected;
+    for (const SizedTree &row : sized_trees) {
+        u32 size = 0;
+        u32 optimized = 0;
+        ASSERT_EQ(ovk_sif_max_subnet_entry_sz_get(row.width, row.sized_large, &size, &optimized), 0u);
+        const std::string name = row.name;
+        const u32 count = row.expected_entries;
+        expected.push_back("[ovk_ethernet_log: info] ovk_ethernet." + name + ": Width " +
+                           std::to_string(row.width) + ", Expected Entries " + std::to_string(count));
+        expected.push_back("\t Subnet Size " + std::to_string(size * count) + ", Optimized Subnet Size " +
+                           std::to_string(optimized * count));
+    }
+    module()->log_mask = 15;
+    Lines lines = test::messages_of([&] { EXPECT_EQ(ovk_ethernet_init(module()), 0u); });
+    std::erase_if(lines, [](const std::string &line) {
+        return line.find(": Width ") == std::string::npos && line[0] != '\t';
+    });
+    EXPECT_EQ(lines, expected);
+}
+
+TEST_F(TreeRegistry, IndexThatIsNoneIsRefusedAndClearsTheDumpGroupsAlone)
+{
+    module()->log_mask = 3;
+    for (const u32 index : {0u, 70u, ~0u}) {
+        auto before = std::make_unique<eth_tree_info>();
+        std::memset(static_cast<void *>(before.get()), 0xA5, sizeof *before);
+        auto info = std::make_unique<eth_tree_info>(*before);
+        EXPECT_EQ(test::messages_of(
+                      [&] { EXPECT_EQ(ovk_eth_get_xgr_tree_info(module(), index, info.get()), 8u); }),
+                  failure("Invalid XGR function", 8));
+        before->dump_groups = 0;
+        EXPECT_EQ(std::memcmp(info.get(), before.get(), sizeof *info), 0);
+        EXPECT_EQ(test::messages_of(
+                      [&] { EXPECT_EQ(ovk_ethernet_update_tree_info(module(), index, info.get()), 8u); }),
+                  failure("Invalid XGR Tree function " + std::to_string(static_cast<int>(index)), 8));
+        EXPECT_EQ(std::memcmp(info.get(), before.get(), sizeof *info), 0);
+        // A good one replaces the stale address and nothing else.
+        EXPECT_EQ(ovk_ethernet_update_tree_info(module(), multicast, info.get()), 0u);
+        EXPECT_NE(info->dump_fn, before->dump_fn);
+        before->dump_fn = info->dump_fn;
+        EXPECT_EQ(std::memcmp(info.get(), before.get(), sizeof *info), 0);
+    }
+}
+
+TEST_F(TreeRegistry, EachFailedStepHasItsStatusAndTakesTheTemporaryPatternBack)
+{
+    const std::string rte = "RTE Error: injected fault, Failed to ";
+    const struct {
+        const char *fault;
+        u32 nth;
+        u32 status;
+        std::string message;
+        u32 patterns; // live afterwards
+        bool has_database;
+    } cases[] = {
+        {"kor_ptn_symbol_get_id", 1, 63,
+         rte + "return ID for the XGR tree function ovk_ethernet.Multicast_Lookup", 0, false},
+        {"kor_ptn_symbol_get_id", 2, 63,
+         rte + "return ID for the XGR flow function ovk_ethernet.Check_multicast_svif", 0, false},
+        {"ovk_ptn_new", 1, 18, "Failed to allocate memory for input patternn", 0, false},
+        {"kor_subnet_create", 1, 58, rte + "create subnet database", 1, false},
+        {"ovk_ptn_new", 2, sim::status_injected, "Could not build the default input pattern", 1, true},
+        {"kor_subnet_add_subnet", 1, 60, rte + "add default input pattern to subnet", 1, true},
+        {nullptr, 0, 0, "", 1, true},
+    };
+    module()->log_mask = 3;
+    for (const auto &at : cases) {
+        SCOPED_TRACE(at.message);
+        eth_tree_info info = {};
+        const size_t patterns = sim::live_patterns();
+        if (at.fault != nullptr)
+            sim::faults::fail(at.fault, at.nth);
+        EXPECT_EQ(test::messages_of(
+                      [&] { EXPECT_EQ(ovk_eth_get_xgr_tree_info(module(), multicast, &info), at.status); }),
+                  at.status != 0 ? failure(at.message, at.status) : Lines{});
+        EXPECT_EQ(sim::live_patterns() - patterns, at.patterns);
+        EXPECT_EQ(info.subnet_db != 0, at.has_database);
+    }
+}
+
+TEST_F(LiveTreeRegistry, FailedDestroyKeepsDatabaseAndPattern)
+{
+    eth_tree_info &info = tree(OVK_ETH_TREE_MULTICAST_LOOKUP);
+    const size_t patterns = sim::live_patterns();
+    module()->log_mask = 3;
+    sim::faults::fail("kor_subnet_destroy");
+    EXPECT_EQ(test::messages_of([&] { EXPECT_EQ(ovk_eth_del_xgr_tree_info(module(), &info), 59u); }),
+              failure("RTE Error: injected fault, Failed to destroy subnet database for "
+                      "ovk_ethernet.Multicast_Lookup",
+                      59));
+    EXPECT_EQ(info.has_subnet_db, 1u);
+    EXPECT_TRUE(sim::database_root(info.subnet_db));
+    EXPECT_EQ(sim::live_patterns(), patterns);
+    // The pattern's own status is the call's.
+    sim::faults::fail("ovk_ptn_free");
+    EXPECT_EQ(ovk_eth_del_xgr_tree_info(module(), &info), sim::status_injected);
+    EXPECT_EQ(info.has_subnet_db + info.subnet_db, 0u);
+    EXPECT_EQ(ovk_eth_del_xgr_tree_info(module(), &info), 0u);
+    EXPECT_EQ(sim::live_patterns(), patterns - 1);
+}
+
+} // namespace

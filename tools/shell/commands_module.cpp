@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: Apache-2.0
+// The module's life, its log, its exceptions.
+#include "command.h"
+#include "session.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+namespace shell {
+
+namespace {
+
+// What the module asks of the classifier when it starts tells how it uses each tree: entry by entry the id
+// of its name, the default function's id if there is one, a pattern of the key's width, a database.
+std::map<std::string, TreeUse> tree_uses(const Words &calls, const Words &trees)
+{
+    constexpr std::string_view ask_id = "kor_ptn_symbol_get_id(";
+    constexpr std::string_view make_pattern = "ovk_ptn_new(";
+    constexpr std::string_view make_database = "kor_subnet_create(";
+    std::map<std::string, TreeUse> out;
+    TreeUse *current = nullptr;
+    u32 index = 0;
+    for (const std::string &call : calls) {
+        if (call.starts_with(ask_id)) {
+            if (current && current->key_bits == 0) // of the default function
+                continue;
+            const std::size_t begin = call.find('"') + 1;
+            const std::string name = call.substr(begin, call.find('"', begin) - begin);
+            const bool is_tree = std::find(trees.begin(), trees.end(), name) != trees.end();
+            ++index;
+            current = is_tree ? &(out[short_name(name)] = {index, 0, false}) : nullptr;
+        } else if (current && call.starts_with(make_pattern) && current->key_bits == 0) {
+            current->key_bits =
+                static_cast<u32>(std::strtoul(call.c_str() + make_pattern.size(), nullptr, 0));
+        } else if (current && call.starts_with(make_database)) {
+            current->database = true;
+        }
+    }
+    return out;
+}
+
+void init(Session &s, const Arguments &a)
+{
+    ovk_module *module = s.host.module();
+    if (a.given("LEVEL")) {
+        if (module->module_object)
+            throw Wrong("the module is up; 'log sys' changes its level");
+        module->log_mask = a.number("LEVEL");
+    }
+    const bool was_up = module->module_object;
+    if (s.call(&Calls::ovk_ethernet_init) == 0 && !was_up)
+        s.trees = tree_uses(s.last_calls(), sim::trees(s.host.rte()));
+}
+
+// As a host does it: through the service record, which leads to the code that was loaded last.
+void shutdown(Session &s, const Arguments &)
+{
+    const auto record = s.host.service_record();
+    const auto call =
+        record && record->shutdown ? record->shutdown : s.library.calls().ovk_ethernet_shutdown;
+    if (s.call(call) == 0)
+        s.trees.clear();
+}
+
+// A copy of a file, for as long as the object lives.
+class TemporaryCopy {
+  public:
+    explicit TemporaryCopy(const std::string &of)
+    {
+        name_ = std::filesystem::temp_directory_path() / "ovk-shell-XXXXXX";
+        const int file = mkstemp(name_.data());
+        if (file < 0)
+            throw Failure("no temporary file can be made in " + name_);
+        close(file);
+        std::error_code error;
+        if (!std::filesystem::copy_file(of, name_, std::filesystem::copy_options::overwrite_existing,
+                                        error)) {
+            std::filesystem::remove(name_, error);
+            throw Failure(of + " can't be copied to " + name_);
+        }
+    }
+    ~TemporaryCopy()
+    {
+        std::error_code none;
+        std::filesystem::remove(name_, none);
+    }
+    TemporaryCopy(const TemporaryCopy &) = delete;
+    TemporaryCopy &operator=(const TemporaryCopy &) = delete;
+    const std::string &name() const { return name_; }
+
+  private:
+    std::string name_;
+};
+
+void reload(Session &s, const Arguments &)
+{
+    const TemporaryCopy copy(s.origin);
+    Library fresh(copy.name());
+    const void *old_base = s.library.base();
+    if (fresh.base() == old_base)
+        throw Failure("the copy wasn't loaded anew: it has the address of the first");
+    if (s.call(fresh.calls().ovk_ethernet_service_function_update) != 0) {
+        s.retired.push_back(std::move(fresh)); // addresses of it may have got through before the failure
+        return;
+    }
+    const auto record = s.host.service_record();
+    if (!record || base_of(reinterpret_cast<const void *>(record->shutdown)) != fresh.base()) {
+        s.retired.push_back(std::move(fresh));
+        throw Failure("the service record doesn't lead to the new code");
+    }
+    const auto distance =
+        reinterpret_cast<std::intptr_t>(fresh.base()) - reinterpret_cast<std::intptr_t>(old_base);
+    s.library = std::move(fresh); // the old code goes
+    if (base_of(old_base))
+        throw Failure("the old code is still there");
+    std::printf("loaded anew at another address: %+lld bytes away; the old code is gone\n",
+                static_cast<long long>(distance));
+}
+
+// A call that takes one number.
+template <auto function>
+void with_number(Session &s, const Arguments &a)
+{
+    s.call(function, a.number("VALUE"));
+}
+
+void exception_configure(Session &s, const Arguments &a)
+{
+    const auto priority = static_cast<u8>(a.number("priority"));
+    const u32 cpu_queue = a.number("cpu_queue");
+    ovk_ethernet_exception_action action{};
+    action.type = a.number("ACTION");
+    switch (action.type) {
+    case OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_CPU:
+        action.send_to_cpu = {priority,
+                              a.number("param"),
+                              {static_cast<u8>(cpu_queue >> 8), static_cast<u8>(cpu_queue)},
+                              a.number("queue")};
+        break;
+    case OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_BDL:
+        action.send_to_bdl = {priority, static_cast<u16>(a.number("bdl_queue")), a.number("queue")};
+        break;
+    case OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_PORT:
+        action.send_to_port = {s.interface(a.text("interface")), priority, a.number("queue")};
+        break;
+    case OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_TVU_FUNC:
+        action.send_to_tvu_func = {a.given("function") ? a.text("function").c_str() : nullptr};
+        break;
+    default:
+        break;
+    }
+    s.call(&Calls::ovk_ethernet_exception_configure, a.number("DOMAIN"), a.number("TYPE"), &action);
+}
+
+constexpr u32 to_cpu = 1U << OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_CPU;
+constexpr u32 to_bdl = 1U << OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_BDL;
+constexpr u32 to_port = 1U << OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_PORT;
+constexpr u32 to_function = 1U << OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_TVU_FUNC;
+
+} // namespace
+
+const Commands &module_commands()
+{
+    static const Commands rows = {
+        {"init",
+         {optional(number("LEVEL"))},
+         "Starts the module. LEVEL is the system's log level: 0, 1, 3, 7 or 15.",
+         init},
+        {"shutdown", {}, "Stops the module, through the service record that it registered.", shutdown},
+        {"reload",
+         {},
+         "Loads a copy of the library at another address, lets it take the module over, and unloads the "
+         "old code.",
+         reload},
+        {"log level",
+         {number("VALUE")},
+         "Sets the log mask: a level in the low nibble, flags above.",
+         with_number<&Calls::ovk_ethernet_log_level_set>},
+        {"log enable",
+         {number("VALUE")},
+         "Adds bits to the log mask.",
+         with_number<&Calls::ovk_ethernet_log_enable>},
+        {"log disable",
+         {number("VALUE")},
+         "Takes bits from the log mask.",
+         with_number<&Calls::ovk_ethernet_log_disable>},
+        {"log sys",
+         {number("VALUE")},
+         "Sets the system's log level: 0, 1, 3, 7 or 15.",
+         with_number<&Calls::ovk_ethernet_sys_log>},
+        {"exception configure",
+         {number("DOMAIN"), one_of("TYPE", exception_types), one_of("ACTION", exception_actions),
+          key(number("priority", 0xFF), to_cpu | to_bdl | to_port), key(number("param"), to_cpu),
+          key(byte_pair("cpu_queue"), to_cpu), key(number("bdl_queue", 0xFFFF), to_bdl),
+          key(queue("queue"), to_cpu | to_bdl | to_port), key(interface("interface"), to_port),
+          key(function("function"), to_function)},
+         "Says what happens to frames that the classifier can't serve. Domains are 0, 2 and 3.",
+         exception_configure},
+    };
+    return rows;
+}
+
+} // namespace shell
