@@ -31,11 +31,10 @@ void add_ordered(Lines &lines, const Chip &on, const Symbol &symbol)
 {
     const auto add = [&](const std::string &where, const std::vector<OrderedRule> &rules) {
         for (u32 index = 0; index < rules.size(); ++index) {
-            std::string fields;
+            std::string line = where + format(" %04u", index);
             for (const Bits &field : rules[index].fields)
-                fields += ' ' + field.text();
-            lines.push_back(where + format(" %04u", index) + fields + " -> " +
-                            text(on, rules[index].action));
+                line += ' ' + field.text();
+            lines.push_back(line + " -> " + text(on, rules[index].action));
         }
     };
     for (const auto &[selector, list] : symbol.ordered->lists) {

@@ -91,7 +91,7 @@ void add_changes(std::vector<std::string> &lines, const std::string &where, cons
     for (const auto &[name, value] : now) {
         const auto at = before.find(name);
         if (at == before.end() || at->second != value)
-            lines.push_back(where + " " + name + " = " + value);
+            lines.push_back(std::string(where).append(name).append(" = ").append(value));
     }
 }
 
@@ -100,11 +100,11 @@ void add_changes(std::vector<std::string> &lines, const std::string &where, cons
 void add_port_lines(std::vector<std::string> &lines, const Chip &on)
 {
     for (const auto &[channel, port] : on.ports)
-        add_changes(lines, "port " + channel_name(channel), facts_of(power_on_port(channel)),
+        add_changes(lines, "port " + channel_name(channel) + " ", facts_of(power_on_port(channel)),
                     facts_of(port));
     const Facts switch_facts = facts_of(power_on_switch_port());
     for (const auto &[channel, port] : on.switch_ports)
-        add_changes(lines, "switch_port " + channel_name(channel), switch_facts, facts_of(port));
+        add_changes(lines, "switch_port " + channel_name(channel) + " ", switch_facts, facts_of(port));
     const std::string bridging_before = record_text(power_on_bridging_vp());
     for (const auto &[id, record] : on.bridging_vps) {
         if (record_text(record) != bridging_before)

@@ -78,7 +78,8 @@ u32 kor_gatr_port_ingress_qinq_cvlan_map_rem(kor_rte rte, u32 channel, u32 cvlan
     return platform<"kor_gatr_port_ingress_qinq_cvlan_map_rem">(With{rte, channel, cvlan}, [&]() -> u32 {
         Port &port = port_at(rte, channel);
         check_vlan(cvlan);
-        return port.cvlans.erase(cvlan) ? 0 : status_absent;
+        port.cvlans.erase(cvlan); // one that isn't there is gone already
+        return 0;
     });
 }
 

@@ -306,6 +306,29 @@ inline std::string numbered(u32 size, std::initializer_list<std::pair<u32, u8>> 
     return text;
 }
 
+// What a successful call changes on the chip, in one line: "- gone + new ", without the names of port and tree.
+template <class Call>
+std::string changes(const sim::Host &host, Call call)
+{
+    const std::string before = host.image();
+    EXPECT_EQ(call(), 0u);
+    std::string out;
+    for (const std::string &line : sim::image_diff(before, host.image()))
+        out += line + ' ';
+    return std::regex_replace(out, std::regex("(switch_)?port \\S+ |tree \\S+ |(vlan|flag) (?=0x)"), "");
+}
+
+// A call's status and, with errors shown, its lines: pairs of that status, as failures() takes them.
+template <class Call>
+void expect_failure(ovk_module *module, Call call, u32 status, const std::string &messages)
+{
+    u32 given = 0;
+    module->log_mask = 3;
+    EXPECT_EQ(messages_of([&] { given = call(); }), failures(messages, status));
+    EXPECT_EQ(given, status) << messages;
+    module->log_mask = 0;
+}
+
 } // namespace test
 
 #endif

@@ -61,8 +61,16 @@ void shutdown(Session &s, const Arguments &)
     const auto record = s.host.service_record();
     const auto call =
         record && record->shutdown ? record->shutdown : s.library.calls().ovk_ethernet_shutdown;
-    if (s.call(call) == 0)
-        s.trees.clear();
+    s.call(call);
+    if (s.host.module()->module_object)
+        return;
+    s.trees.clear();
+    // What lives on of them belongs to no module: a later one would trip over their records.
+    for (const auto &[name, interface] : s.interfaces) {
+        if (!interface.dead)
+            std::printf("%s was still there; its name is forgotten\n", name.c_str());
+    }
+    s.interfaces.clear();
 }
 
 // A copy of a file, for as long as the object lives.

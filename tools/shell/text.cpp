@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdarg>
 #include <cstdio>
 #include <numeric>
 
@@ -76,6 +77,16 @@ std::string quoted(std::string_view text)
         out += c < ' ' || c > '~' ? std::string(escape) : std::string(1, c);
     }
     return out + (text.size() > longest_shown ? "'..." : "'");
+}
+
+std::string format(const char *format, ...)
+{
+    char out[256];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(out, sizeof out, format, arguments);
+    va_end(arguments);
+    return out;
 }
 
 std::optional<u64> to_number(std::string_view text)
