@@ -267,10 +267,14 @@ class HandMadeAggregate {
     std::vector<ovk_eth_aggr_vlan_entry> vlans_;
 };
 
-// All that a failed public call prints: the cause, then the operation.
-inline Lines refusal(const std::string &cause, const std::string &operation, u32 status)
+// `call` fails with that status and prints these failures and nothing else; see failures().
+template <class Call>
+void expect_failure(Call call, u32 status, const std::string &messages)
 {
-    return failure(cause, status) + failure(operation, status);
+    u32 found = 0;
+    const Lines lines = messages_of([&] { found = call(); });
+    EXPECT_EQ(found, status) << messages;
+    EXPECT_EQ(lines, failures(messages, status));
 }
 
 // All that a public call prints that was given a module that isn't one.
@@ -318,16 +322,24 @@ std::string changes(const sim::Host &host, Call call)
     return std::regex_replace(out, std::regex("(switch_)?port \\S+ |tree \\S+ |(vlan|flag) (?=0x)"), "");
 }
 
-// A call's status and, with errors shown, its lines: pairs of that status, as failures() takes them.
-template <class Call>
-void expect_failure(ovk_module *module, Call call, u32 status, const std::string &messages)
-{
-    u32 given = 0;
-    module->log_mask = 3;
-    EXPECT_EQ(messages_of([&] { given = call(); }), failures(messages, status));
-    EXPECT_EQ(given, status) << messages;
-    module->log_mask = 0;
-}
+// A module that has started, asked for refusals and for what the classifier finds.
+class InterfaceTest : public ModuleTest {
+  protected:
+    // A call's status and, with errors shown, its lines: pairs of that status, as failures() takes them.
+    template <class Call>
+    void expect(Call call, u32 status, const std::string &messages)
+    {
+        u32 given = 0;
+        module()->log_mask = 3;
+        EXPECT_EQ(messages_of([&] { given = call(); }), failures(messages, status));
+        EXPECT_EQ(given, status) << messages;
+        module()->log_mask = 0;
+    }
+    std::string answer(const char *of, const std::vector<sim::Field> &key)
+    {
+        return sim::action_text(host().rte(), sim::lookup(host().rte(), of, key).action);
+    }
+};
 
 } // namespace test
 

@@ -69,11 +69,11 @@ auto fixed(Names names)
     return [names = std::move(names)](const Session &) { return names; };
 }
 
-Names numbered(const Words &words)
+Names numbered(const Words &words, u64 first = 0)
 {
     Names out;
     for (const std::string &word : words)
-        out.emplace_back(short_name(word), out.size());
+        out.emplace_back(short_name(word), first + out.size());
     return out;
 }
 
@@ -175,9 +175,9 @@ Parameter status(const char *name, u64 min)
     return {name, what, statuses.prefix(), fixed(names), number_within(min, 0xFFFFFFFF)};
 }
 
-Parameter choice(const char *name, const Words &words)
+Parameter choice(const char *name, const Words &words, u64 first)
 {
-    return {name, join(words, " or "), {}, fixed(numbered(words))};
+    return {name, join(words, " or "), {}, fixed(numbered(words, first))};
 }
 
 Parameter on_off(const char *name)
@@ -287,6 +287,8 @@ Value read(const Session &session, const Parameter &parameter, const std::string
     out.given = true;
     if (parameter.otherwise && parameter.otherwise(word, out))
         return out;
+    if (parameter.what == parameter.name)
+        throw Wrong(quoted(word) + " stands in the place of " + quoted(parameter.name));
     const Words hints = near(brief, names_of(session, parameter));
     throw Wrong(parameter.name + ": " + quoted(word) + " isn't " + parameter.what +
                 (hints.empty() ? "" : "; near: " + join(hints)));

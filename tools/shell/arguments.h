@@ -62,7 +62,7 @@ extern const Enumeration encapsulations;
 
 struct Parameter {
     std::string name;
-    std::string what; // what the word is to be: "a number from 0 to 7"
+    std::string what; // what the word is to be: "a number from 0 to 7"; the name itself: just that word
     std::string prefix{};
     std::function<Names(const Session &)> names{};
     std::function<bool(const std::string &, Value &)> otherwise{}; // false: the word is nothing of the kind
@@ -76,7 +76,7 @@ struct Parameter {
 Parameter number(const char *name, u64 max = 0xFFFFFFFF, u64 min = 0);
 Parameter one_of(const char *name, const Enumeration &enumeration);
 Parameter status(const char *name, u64 min = 0);
-Parameter choice(const char *name, const Words &words);
+Parameter choice(const char *name, const Words &words, u64 first = 0); // numbered from `first`
 Parameter on_off(const char *name);
 Parameter word(const char *fixed); // stands there as it is
 Parameter mac(const char *name);   // as a number, the first octet on top

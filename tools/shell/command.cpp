@@ -173,7 +173,7 @@ void explain(const Command &command)
     std::printf("usage: %s\n%s\n", usage(command).c_str(), command.help.c_str());
     const Enumeration *enumeration = nullptr;
     for (const Parameter &parameter : command.parameters) {
-        if (parameter.what == parameter.name) // a word that stands there as it is
+        if (parameter.what == parameter.name)
             continue;
         const std::string with = condition(parameter, enumeration);
         std::printf("  %s: %s%s\n", parameter.name.c_str(), parameter.what.c_str(),

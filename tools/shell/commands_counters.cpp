@@ -69,22 +69,26 @@ std::vector<Field> fields(const char *list)
     return out;
 }
 
+std::optional<Field> find(const char *list, const std::string &name)
+{
+    for (const Field &field : fields(list)) {
+        if (field.name == name)
+            return field;
+    }
+    return std::nullopt;
+}
+
 template <class Record>
 void print(const Record &record, const char *list)
 {
     Table table({"counter", "value"});
-    bool any = false;
     for (const Field &field : fields(list)) {
         u64 value = 0;
         std::memcpy(&value, reinterpret_cast<const char *>(&record) + field.offset, field.size);
         if (value)
             table.add({field.name, std::to_string(value)});
-        any = any || value;
     }
-    if (any)
-        table.print();
-    else
-        std::puts("all counters are 0");
+    table.print("all counters are 0");
 }
 
 void counters_port(Session &s, const Arguments &a)
@@ -95,18 +99,12 @@ void counters_port(Session &s, const Arguments &a)
         print(stats, mac_counters);
 }
 
-void counters_l2(Session &s, const Arguments &a)
+template <class Record, auto call, auto list>
+void counters_of(Session &s, const Arguments &a)
 {
-    ovk_eth_l2_stats stats{};
-    if (s.call(&Calls::ovk_ethernet_l2_interface_statistics_get, s.interface(a.text("NAME")), &stats) == 0)
-        print(stats, l2_counters);
-}
-
-void counters_interface(Session &s, const Arguments &a)
-{
-    ovk_eth_if_stats stats{};
-    if (s.call(&Calls::ovk_ethernet_interface_statistics_get, s.interface(a.text("NAME")), &stats) == 0)
-        print(stats, interface_counters);
+    Record stats{};
+    if (s.call(call, s.interface(a.text("NAME")), &stats) == 0)
+        print(stats, *list);
 }
 
 void counters_module(Session &s, const Arguments &)
@@ -119,53 +117,22 @@ void counters_module(Session &s, const Arguments &)
 // The library's own tables: the module's, or an interface's three.
 void show_counters(Session &s, const Arguments &a)
 {
-    if (!a.given("NAME")) {
+    const ovk_ethernet_if_handle handle = s.interface(a.text("NAME"));
+    if (!a.given("NAME"))
         s.call(&Calls::ovk_ethernet_global_stats_print);
-        return;
-    }
-    for (const auto call : {&Calls::ovk_ethernet_port_stats_print, &Calls::ovk_ethernet_if_stats_print,
-                            &Calls::ovk_ethernet_l2_interface_statistics_print}) {
-        if (s.call(call, s.interface(a.text("NAME"))) != 0)
-            return;
-    }
-}
-
-Words feedable()
-{
-    Words out;
-    for (const char *list : {mac_counters, interface_counters}) {
-        for (const Field &field : fields(list))
-            out.push_back(field.name + "=");
-    }
-    return out;
-}
-
-// Finds the counter that a word begins with, and reads the value behind it.
-bool take_counter(const std::string &word, const char *list, Field &field, u64 &value)
-{
-    const std::size_t sign = std::min(word.find('='), word.size() - 1);
-    for (const Field &candidate : fields(list)) {
-        if (word.substr(0, sign) != candidate.name)
-            continue;
-        const auto number = to_number(word.substr(sign + 1));
-        if (!number || (candidate.size < sizeof(u64) && *number >> 32))
-            throw Wrong("COUNTER: " + quoted(word) + " has no number of " +
-                        std::to_string(candidate.size * 8) + " bits");
-        field = candidate;
-        value = *number;
-        return true;
-    }
-    return false;
+    else if (s.call(&Calls::ovk_ethernet_port_stats_print, handle) == 0 &&
+             s.call(&Calls::ovk_ethernet_if_stats_print, handle) == 0)
+        s.call(&Calls::ovk_ethernet_l2_interface_statistics_print, handle);
 }
 
 // Where the classifier counts for a port; it says so by the port's index in the switch.
 u32 counters_id(const Session &s, u32 channel)
 {
-    if (const auto index = sim::switch_port(s.host.rte(), channel).logical_port) {
-        if (const auto rule = sim::rule(s.host.rte(), "Map_Input_Port_NameSpace_Id", {{*index, 8}}))
-            return rule->w1;
-    }
-    throw Failure("the classifier has no counters for the port");
+    const auto index = sim::switch_port(s.host.rte(), channel).logical_port;
+    const auto rule = sim::rule(s.host.rte(), "Map_Input_Port_NameSpace_Id", {{index.value_or(0), 8}});
+    if (!index || !rule)
+        throw Failure("the classifier doesn't count for the port");
+    return rule->w1;
 }
 
 ovk_eth_port_stats counted(const sim::Port &port)
@@ -176,30 +143,31 @@ ovk_eth_port_stats counted(const sim::Port &port)
     return out;
 }
 
+// All words are read before anything is set.
 void counters_set(Session &s, const Arguments &a)
 {
     const kor_rte rte = s.host.rte();
     const u32 channel = s.channel(a.text("NAME"));
     sim::Port port = sim::port(rte, channel);
+    ovk_eth_port_stats stats = counted(port);
     std::map<u32, std::vector<u8>> words; // of the classifier, in network order
     for (const std::string &word : a.words("COUNTER")) {
-        Field field;
-        u64 value = 0;
-        if (take_counter(word, mac_counters, field, value)) {
-            const std::size_t place = field.offset / sizeof(u64);
-            (place < port.tx_counters.size() ? port.tx_counters[place]
-                                             : port.rx_counters[place - port.tx_counters.size()]) = value;
-        } else if (take_counter(word, interface_counters, field, value)) {
-            for (u32 left = field.size; left-- > 0;)
-                words[field.offset].push_back(static_cast<u8>(value >> 8 * left));
-        } else {
-            const Words hints = near(word.substr(0, word.find('=')), feedable());
-            throw Wrong("COUNTER: " + quoted(word) + " isn't a counter and its value" +
-                        (hints.empty() ? "" : "; near: " + join(hints)));
-        }
+        const std::size_t sign = std::min(word.find('='), word.size());
+        const auto value = to_number(word.substr(std::min(sign + 1, word.size())));
+        const auto mac = find(mac_counters, word.substr(0, sign));
+        const auto own = find(interface_counters, word.substr(0, sign));
+        if (!value || (!mac && !own) || (!mac && own->size < sizeof(u64) && *value >> 32))
+            throw Wrong("COUNTER: " + quoted(word) + " isn't a counter and its value, as in rx_frm=100");
+        if (mac)
+            std::memcpy(reinterpret_cast<char *>(&stats) + mac->offset, &*value, mac->size);
+        for (u32 left = mac ? 0 : own->size; left-- > 0;)
+            words[own->offset].push_back(static_cast<u8>(*value >> 8 * left));
     }
-    for (const u32 id = words.empty() ? 0 : counters_id(s, channel); const auto &[offset, bytes] : words)
+    const u32 id = words.empty() ? 0 : counters_id(s, channel);
+    for (const auto &[offset, bytes] : words)
         sim::state_put(rte, id, offset, bytes);
+    std::memcpy(port.tx_counters.data(), &stats, sizeof port.tx_counters);
+    std::memcpy(port.rx_counters.data(), &stats.rx_octets, sizeof port.rx_counters);
     sim::mac_counters_set(rte, channel, port.tx_counters, port.rx_counters);
 }
 
@@ -227,24 +195,23 @@ void crc_poll(Session &s, const Arguments &a)
 
 const Commands &counter_commands()
 {
-    Parameter counter = rest("COUNTER", "counters of MAC or classifier and their values, as in rx_frm=100");
-    counter.names = [](const Session &) {
-        Names out;
-        for (const std::string &name : feedable())
-            out.emplace_back(name, 0);
-        return out;
-    };
     const Parameter name = interface("NAME");
     static const Commands rows = {
         {"counters port",
          {name, key(on_off("clear"))},
          "Reads the MAC's counters; clear=on zeroes them.",
          counters_port},
-        {"counters l2", {name}, "Reads the layer 2 counters.", counters_l2},
-        {"counters interface", {name}, "Reads the classifier's counters.", counters_interface},
+        {"counters l2",
+         {name},
+         "Reads the layer 2 counters.",
+         counters_of<ovk_eth_l2_stats, &Calls::ovk_ethernet_l2_interface_statistics_get, &l2_counters>},
+        {"counters interface",
+         {name},
+         "Reads the classifier's counters.",
+         counters_of<ovk_eth_if_stats, &Calls::ovk_ethernet_interface_statistics_get, &interface_counters>},
         {"counters module", {}, "Reads the module's counters.", counters_module},
         {"counters set",
-         {name, counter},
+         {name, rest("COUNTER", "counters of MAC and classifier, as in rx_frm=100")},
          "Makes MAC and classifier have counted what is given, through the simulator.",
          counters_set},
         {"show counters",

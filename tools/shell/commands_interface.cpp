@@ -11,6 +11,14 @@ namespace shell {
 
 namespace {
 
+// The name of an argument, as a template takes it.
+template <std::size_t size>
+struct Label {
+    char text[size];
+    // NOLINTNEXTLINE(google-explicit-constructor): it stands for the literal
+    consteval Label(const char (&literal)[size]) { std::copy_n(literal, size, text); }
+};
+
 sim::Mac octets(u64 mac)
 {
     sim::Mac out;
@@ -60,15 +68,16 @@ ovk_ethernet_if_handle interface_of(const Session &s, const Arguments &a)
 void interface_delete(Session &s, const Arguments &a)
 {
     const u32 status = s.call(&Calls::ovk_ethernet_interface_delete, interface_of(s, a));
-    if (status == 0 || status == OVK_E_LOCK_RELEASE)
-        s.interfaces[a.text("NAME")].dead = true;
+    const auto at = s.interfaces.find(a.text("NAME"));
+    if (at != s.interfaces.end() && (status == 0 || status == OVK_E_LOCK_RELEASE))
+        at->second.dead = true;
 }
 
 void interface_find(Session &s, const Arguments &a)
 {
     ovk_ethernet_if_handle handle = nullptr;
     if (s.call(&Calls::ovk_ethernet_interface_handle_get, a.number("PORT"), &handle) == 0)
-        std::puts(s.name_of(handle).c_str());
+        std::puts(s.name_of(handle).empty() ? "one without a name" : s.name_of(handle).c_str());
 }
 
 void receive_mac(Session &s, const Arguments &a)
@@ -83,22 +92,11 @@ void receive_mac(Session &s, const Arguments &a)
         s.call(&Calls::ovk_ethernet_recv_mac_del, interface_of(s, a));
 }
 
-void flow_filter(Session &s, const Arguments &a)
+// A call that takes an interface and the numbers of the named arguments; one that gives a number.
+template <auto function, Label... names>
+void with(Session &s, const Arguments &a)
 {
-    s.call(&Calls::ovk_ethernet_flow_filter, interface_of(s, a), a.number("in"), a.number("out"));
-}
-
-// Calls that take an interface, an interface and a number, or give a number.
-template <auto function>
-void call(Session &s, const Arguments &a)
-{
-    s.call(function, interface_of(s, a));
-}
-
-template <auto function>
-void set(Session &s, const Arguments &a)
-{
-    s.call(function, interface_of(s, a), a.number("VALUE"));
+    s.call(function, interface_of(s, a), a.number(names.text)...);
 }
 
 template <auto function>
@@ -127,15 +125,9 @@ void port_status(Session &s, const Arguments &a)
                     rates.text(status.speed).c_str(), duplexes.text(status.duplex).c_str());
 }
 
-void flow_control(Session &s, const Arguments &a)
-{
-    s.call(&Calls::ovk_ethernet_flow_control, interface_of(s, a), a.number("ENABLE"), a.number("POLICY"),
-           a.number("TIME"));
-}
-
 void port_override(Session &s, const Arguments &a)
 {
-    s.call(&Calls::ovk_ethernet_port_attributes_override, a.number("VALUE"));
+    s.call(&Calls::ovk_ethernet_port_attributes_override, a.number("STATE"));
 }
 
 void port_priorities(Session &s, const Arguments &a)
@@ -150,31 +142,12 @@ void port_priorities(Session &s, const Arguments &a)
     s.call(&Calls::ovk_ethernet_pcp_to_task_pri_map, map.data());
 }
 
-template <auto function>
-void change_vlan(Session &s, const Arguments &a)
-{
-    s.call(function, interface_of(s, a), a.number("VLAN"), a.number("GROUP"));
-}
-
-void egress_add(Session &s, const Arguments &a)
-{
-    const u32 tag = a.text("TAG") == "tagged" ? OVK_ETHERNET_PORT_TAG_TYPE_SINGLE_TAGGED
-                                              : OVK_ETHERNET_PORT_TAG_TYPE_UNTAGGED;
-    s.call(&Calls::ovk_ethernet_port_egress_vlan_config, interface_of(s, a), a.number("GROUP"), tag,
-           static_cast<u16>(a.number("vlan")), static_cast<u8>(a.number("rewrite")));
-}
-
-void egress_delete(Session &s, const Arguments &a)
-{
-    s.call(&Calls::ovk_ethernet_port_egress_vlan_config_del, interface_of(s, a), a.number("GROUP"));
-}
-
 } // namespace
 
 const Commands &interface_commands()
 {
     const Parameter name = interface("NAME");
-    const Parameter on = on_off("VALUE");
+    const Parameter on = on_off("STATE");
     const Parameter vlan = number("VLAN");
     const Parameter group = number("GROUP");
     static const Commands rows = {
@@ -189,43 +162,55 @@ const Commands &interface_commands()
          {name},
          "Takes a port out of service. The name stays, for a dead handle that may be tried.",
          interface_delete},
-        {"interface number", {name}, "Asks for its port.", get<&Calls::ovk_ethernet_port_number_get>},
-        {"interface id", {name}, "Asks for its id.", get<&Calls::ovk_ethernet_interface_id_get>},
+        {"interface number",
+         {name},
+         "Asks for the port number.",
+         get<&Calls::ovk_ethernet_port_number_get>},
+        {"interface id", {name}, "Asks for the interface id.", get<&Calls::ovk_ethernet_interface_id_get>},
         {"interface find", {number("PORT")}, "Asks for the interface of a port number.", interface_find},
         {"interface promiscuous",
          {name, on},
          "Lets a routed port receive frames for any address, or only for its own.",
-         set<&Calls::ovk_ethernet_promiscuous_mode>},
+         with<&Calls::ovk_ethernet_promiscuous_mode, "STATE">},
         {"interface filter",
          {name, needed_key(on_off("in")), needed_key(on_off("out"))},
          "Turns flow look-up on the two sides of a switched port on or off.",
-         flow_filter},
+         with<&Calls::ovk_ethernet_flow_filter, "in", "out">},
         {"interface recv-mac",
          {choice("WHAT", {"add", "del"}), name, optional(mac("MAC"))},
          "Sets the second address that a routed port receives for, or takes it away.",
          receive_mac},
         {"port rate",
-         {name, one_of("VALUE", rates)},
+         {name, one_of("RATE", rates)},
          "Sets the rate.",
-         set<&Calls::ovk_ethernet_output_rate_set>},
+         with<&Calls::ovk_ethernet_output_rate_set, "RATE">},
         {"port duplex",
-         {name, one_of("VALUE", duplexes)},
+         {name, one_of("DUPLEX", duplexes)},
          "Sets half or full duplex.",
-         set<&Calls::ovk_ethernet_interface_duplex>},
-        {"port tx", {name, on}, "Transmitter on or off.", set<&Calls::ovk_ethernet_interface_tx>},
-        {"port rx", {name, on}, "Receiver on or off.", set<&Calls::ovk_ethernet_interface_rx>},
-        {"port autoneg", {name, on}, "Negotiates or not.", set<&Calls::ovk_ethernet_interface_autoneg>},
-        {"port restart-autoneg", {name}, "Negotiates anew.", call<&Calls::ovk_ethernet_autoneg_force>},
-        {"port loopback", {name, on}, "Loopback on or off.", set<&Calls::ovk_ethernet_port_loopback>},
+         with<&Calls::ovk_ethernet_interface_duplex, "DUPLEX">},
+        {"port tx", {name, on}, "Transmitter on or off.", with<&Calls::ovk_ethernet_interface_tx, "STATE">},
+        {"port rx", {name, on}, "Receiver on or off.", with<&Calls::ovk_ethernet_interface_rx, "STATE">},
+        {"port autoneg",
+         {name, on},
+         "Auto-negotiation on or off.",
+         with<&Calls::ovk_ethernet_interface_autoneg, "STATE">},
+        {"port restart-autoneg",
+         {name},
+         "Starts auto-negotiation anew.",
+         with<&Calls::ovk_ethernet_autoneg_force>},
+        {"port loopback",
+         {name, on},
+         "Loopback on or off.",
+         with<&Calls::ovk_ethernet_port_loopback, "STATE">},
         {"port channel", {name}, "Asks for the MAC channel.", port_channel},
         {"port status",
          {name, key(number("mask")), key(on_off("blocking"))},
          "Asks for the state of the link.",
          port_status},
         {"port flow-control",
-         {name, on_off("ENABLE"), one_of("POLICY", pause_policies), number("TIME")},
+         {name, on, one_of("POLICY", pause_policies), number("TIME")},
          "Says what the port does about PAUSE frames. TIME is in pause quanta.",
-         flow_control},
+         with<&Calls::ovk_ethernet_flow_control, "STATE", "POLICY", "TIME">},
         {"port override",
          {on},
          "On: the host owns the MACs' settings, and interfaces come and go without a change to them.",
@@ -237,21 +222,24 @@ const Commands &interface_commands()
         {"vlan add",
          {name, vlan, group},
          "Binds a VLAN of the port to a bridge group. VLAN 0 is the untagged traffic.",
-         change_vlan<&Calls::ovk_ethernet_vlan_id_add>},
+         with<&Calls::ovk_ethernet_vlan_id_add, "VLAN", "GROUP">},
         {"vlan del",
          {name, vlan, group},
          "Takes the binding away.",
-         change_vlan<&Calls::ovk_ethernet_vlan_id_del>},
+         with<&Calls::ovk_ethernet_vlan_id_del, "VLAN", "GROUP">},
         {"egress add",
-         {name, group, choice("TAG", {"untagged", "tagged"}), key(number("vlan", 0xFFFF)),
-          key(on_off("rewrite"))},
+         {name, group, choice("TAG", {"untagged", "tagged"}, OVK_ETHERNET_PORT_TAG_TYPE_UNTAGGED),
+          key(number("vlan", 0xFFFF)), key(on_off("rewrite"))},
          "Says how frames of a bridge group leave the port. Group 0 stands for those without a rule.",
-         egress_add},
-        {"egress del", {name, group}, "Takes the rule of a bridge group away.", egress_delete},
+         with<&Calls::ovk_ethernet_port_egress_vlan_config, "GROUP", "TAG", "vlan", "rewrite">},
+        {"egress del",
+         {name, group},
+         "Takes the rule of a bridge group away.",
+         with<&Calls::ovk_ethernet_port_egress_vlan_config_del, "GROUP">},
         {"ageing",
-         {name, number("VALUE")},
+         {name, number("MINUTES")},
          "Sets after how many minutes, 1 to 61, an address learnt on the port is forgotten.",
-         set<&Calls::ovk_ethernet_mac_aging_timer_config>},
+         with<&Calls::ovk_ethernet_mac_aging_timer_config, "MINUTES">},
     };
     return rows;
 }

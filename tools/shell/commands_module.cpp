@@ -51,8 +51,12 @@ void init(Session &s, const Arguments &a)
         module->log_mask = a.number("LEVEL");
     }
     const bool was_up = module->module_object;
-    if (s.call(&Calls::ovk_ethernet_init) == 0 && !was_up)
-        s.trees = tree_uses(s.last_calls(), sim::trees(s.host.rte()));
+    if (s.call(&Calls::ovk_ethernet_init) != 0 || was_up)
+        return;
+    Words trees = sim::trees(s.host.rte());
+    const Words sets = sim::ordered_sets(s.host.rte()); // which stand among them
+    trees.insert(trees.end(), sets.begin(), sets.end());
+    s.trees = tree_uses(s.last_calls(), trees);
 }
 
 // As a host does it: through the service record, which leads to the code that was loaded last.

@@ -21,12 +21,12 @@ void help(Session &, const Arguments &a)
             listed.push_back(command->name);
         }
     }
-    if (listed.size() == 1)
-        words = split(listed[0]);
-    if (listed.size() < 2)
-        explain(find_command(words));
-    else
+    if (listed.size() > 1)
         table.print();
+    else if (!listed.empty())
+        words = split(listed[0]);
+    if (listed.size() < 2 || listed[0] == join(words, " "))
+        explain(find_command(words));
     if (a.words("COMMAND").empty())
         std::puts("'help COMMAND' tells more. '!' before a call wants it to fail; '#' begins a comment.");
 }

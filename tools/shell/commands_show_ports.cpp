@@ -63,24 +63,18 @@ void show_ports(Session &s, const Arguments &)
             continue;
         const u32 channel = s.channel(name);
         const sim::Port port = sim::port(s.host.rte(), channel);
-        rows[interface.number] = {name,
-                                  format("0x%02x", interface.number),
-                                  forwarding_modes.text(interface.mode),
-                                  number_text(sim::switch_port(s.host.rte(), channel).logical_port),
-                                  sim::channel_name(channel),
-                                  rates.text(port.speed),
-                                  duplexes.text(port.duplex),
-                                  on_off_text(port.rx),
-                                  on_off_text(port.tx),
-                                  std::to_string(port.cvlans.size())};
+        const std::string index = number_text(sim::switch_port(s.host.rte(), channel).logical_port);
+        rows[interface.number] =
+            split(format("%s 0x%02x %s %s %s %s %s %s %s %zu", name.c_str(), interface.number,
+                         forwarding_modes.text(interface.mode).c_str(), index.c_str(),
+                         sim::channel_name(channel).c_str(), rates.text(port.speed).c_str(),
+                         duplexes.text(port.duplex).c_str(), on_off_text(port.rx), on_off_text(port.tx),
+                         port.cvlans.size()));
     }
     Table table({"name", "port", "mode", "index", "channel", "rate", "duplex", "rx", "tx", "VLANs"});
     for (const auto &row : rows)
         table.add(row.second);
-    if (rows.empty())
-        std::puts("no ports in service");
-    else
-        table.print();
+    table.print("no ports in service");
 }
 
 void add_mac_rows(Table &table, const sim::Port &port)
@@ -91,8 +85,8 @@ void add_mac_rows(Table &table, const sim::Port &port)
     for (const sim::Mac &mac : port.unicast_macs)
         passed.push_back(mac_text(mac));
     table.add({"address", mac_text(port.mac)});
-    table.add({"receiver", on_off_text(port.rx)});
-    table.add({"transmitter", on_off_text(port.tx)});
+    table.add(
+        {"enabled", format("receiver %s, transmitter %s", on_off_text(port.rx), on_off_text(port.tx))});
     table.add({"rate", rates.text(port.speed) + ", " + duplexes.text(port.duplex) + " duplex"});
     table.add({"PAUSE frames", format("%s, policy bit 0x%x, %u quanta", on_off_text(pause.enable),
                                       pause.policy_bit, pause.time)});
@@ -157,21 +151,18 @@ void add_switch_rows(Table &table, const Session &s, const sim::SwitchPort &port
 }
 
 // What the classifier's trees say of the port.
-void add_classifier_rows(Table &table, const Session &s, const sim::SwitchPort &port, u32 number)
+void add_classifier_rows(Table &table, const Session &s, u32 index, u32 number)
 {
     constexpr u32 filter_bit = 17;
     constexpr u32 seconds_per_minute = 60;
-    const kor_rte rte = s.host.rte();
-    const auto in = port.logical_port
-                        ? sim::rule(rte, "Map_Input_Port_NameSpace_Id", {{*port.logical_port, port_bits}})
-                        : std::nullopt;
-    const auto out = sim::rule(rte, "Map_Output_Port_NameSpace_Id", {{number, port_bits}});
-    const u32 age = sim::lookup(rte, "MAC_aging_timer", {{number, port_bits}}).action.w1;
-    if (in && out)
-        table.add({"flow look-up",
-                   format("in %s, out %s; counters at 0x%x", on_off_text(in->w2 >> filter_bit & 1),
-                          on_off_text(out->w2 >> filter_bit & 1), in->w1)});
-    table.add({"ageing", format("%u minutes", age / seconds_per_minute)});
+    const auto value = [&](const char *tree, u32 key) {
+        return sim::lookup(s.host.rte(), tree, {{key, port_bits}}).action;
+    };
+    table.add({"flow look-up",
+               format("in %s, out %s",
+                      on_off_text(value("Map_Input_Port_NameSpace_Id", index).w2 >> filter_bit & 1),
+                      on_off_text(value("Map_Output_Port_NameSpace_Id", number).w2 >> filter_bit & 1))});
+    table.add({"ageing", format("%u minutes", value("MAC_aging_timer", number).w1 / seconds_per_minute)});
 }
 
 void show_port(Session &s, const Arguments &a)
@@ -188,7 +179,7 @@ void show_port(Session &s, const Arguments &a)
     add_mac_rows(table, port);
     add_ingress_rows(table, port);
     add_switch_rows(table, s, switch_port);
-    add_classifier_rows(table, s, switch_port, interface.number);
+    add_classifier_rows(table, s, switch_port.logical_port.value_or(0), interface.number);
     table.print();
 }
 
@@ -239,10 +230,7 @@ void show_vlans(Session &s, const Arguments &)
             start = {"", ""};
         }
     }
-    if (groups.empty())
-        std::puts("no VLANs");
-    else
-        table.print();
+    table.print("no VLANs");
 }
 
 } // namespace

@@ -121,8 +121,12 @@ Words near(std::string_view word, const Words &names)
     return out;
 }
 
-void Table::print() const
+void Table::print(const char *without_rows) const
 {
+    if (rows_.size() == 1) {
+        std::puts(without_rows);
+        return;
+    }
     std::vector<std::size_t> widths;
     for (const Words &row : rows_) {
         widths.resize(std::max(widths.size(), row.size()));

@@ -36,7 +36,8 @@ class Table {
   public:
     explicit Table(Words head) { add(std::move(head)); }
     void add(Words row) { rows_.push_back(std::move(row)); }
-    void print() const;
+    // Says `without_rows` instead of a head alone.
+    void print(const char *without_rows = "") const;
 
   private:
     std::vector<Words> rows_;
