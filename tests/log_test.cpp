@@ -115,7 +115,7 @@ TEST_F(Log, FailureIsPairsOfLinesThatShareAPosition)
     Lines positions = lines_of(failing);
     ASSERT_EQ(positions.size(), 4u);
     for (std::string &line : positions)
-        line = std::regex_replace(line, std::regex("^.*\\] (ovk_ethernet:\\d+) .*"), "$1");
+        line = line.substr(line.find("] ") + 2, line.find(' ', line.find("] ") + 2) - line.find("] ") - 2);
     EXPECT_EQ(positions[0], positions[1]);
     EXPECT_EQ(positions[2], positions[3]);
     EXPECT_NE(positions[0], positions[2]);
@@ -155,9 +155,10 @@ TEST_F(Log, CallsChangeTheMaskAndReportUnderTheNewOne)
         std::erase_if(lines,
                       [](const std::string &line) { return line.find("function") != std::string::npos; });
         Lines expected;
-        if (row.line != nullptr)
-            expected = {"[ovk_ethernet_log: info] " +
-                        std::regex_replace(row.line, std::regex("@"), hex(module()))};
+        if (row.line != nullptr) {
+            expected = {std::string("[ovk_ethernet_log: info] ") + row.line};
+            expected[0].replace(expected[0].find('@'), 1, hex(module()));
+        }
         EXPECT_EQ(lines, expected);
     }
 

@@ -66,7 +66,9 @@ TEST_F(Threads, CallsOnOneModuleAndOnTwoDontDisturbEachOther)
         return out;
     };
     // Each worker has a type and a log bit of its own, and fights the others for type 12.
+    std::latch start_line(2 * workers);
     const auto work = [&](ovk_module *target, u32 number) {
+        start_line.arrive_and_wait();
         for (u32 round = 1; round <= rounds; round++) {
             const auto record = action(number, round);
             EXPECT_EQ(ovk_ethernet_exception_configure(target, 0, number, &record), 0u);
