@@ -38,6 +38,7 @@ std::vector<null_platform::Call> calls;
 std::string show(const char *format, va_list arguments)
 {
     char text[512];
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): callers have started it
     std::vsnprintf(text, sizeof text, format, arguments);
     return text;
 }
@@ -238,7 +239,7 @@ u32 kor_subnet_create(u32 width, u32, u32, kor_subnet *out)
     return 0;
 }
 
-u32 kor_subnet_destroy(kor_subnet *db)
+u32 kor_subnet_destroy(kor_subnet *db) // NOLINT(readability-non-const-parameter): as declared
 {
     CALLED("0x%x", *db);
     return 0;
@@ -385,9 +386,9 @@ u32 ovk_qos_queue_id_get(ovk_system *parent, ovk_queue_handle queue_handle, u32 
     return 0;
 }
 
-u32 ovk_sif_max_subnet_entry_sz_get(u32 key_bits, u32 large, u32 *size, u32 *optimized_size)
+u32 ovk_sif_max_subnet_entry_sz_get(u32 key_bits, u32 flag, u32 *size, u32 *optimized_size)
 {
-    CALLED("%u %u", key_bits, large);
+    CALLED("%u %u", key_bits, flag);
     *size = *optimized_size = key_bits / 8;
     return 0;
 }

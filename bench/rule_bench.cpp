@@ -70,6 +70,7 @@ void measure(benchmark::State &state, ovk_module *module, u32 keys)
 {
     u32 pass = 0;
     u32 status = 0;
+    // NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores)
     for (auto _ : state)
         status += learn_and_delete(module, free_number(pass++, keys));
     if (status != 0)

@@ -55,6 +55,7 @@ bool report_memory()
 
 void measure(benchmark::State &state)
 {
+    // NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores)
     for (auto _ : state) {
         state.PauseTiming();
         begin_process();

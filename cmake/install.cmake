@@ -19,5 +19,7 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/ovk-ethernet-config-version.cmake
     DESTINATION ${OVK_INSTALL_CMAKEDIR})
 
+# The file finds its prefix by where it lies, so an installed tree may be moved.
+file(RELATIVE_PATH OVK_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/ovk-ethernet.pc.in ovk-ethernet.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ovk-ethernet.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -35,38 +35,18 @@ TEST_F(Shutdown, LeavesSettingsRegistrationOneBucketAndOneNode)
 TEST_F(Shutdown, EndsTheHandleUntilTheNextStart)
 {
     EXPECT_EQ(ovk_ethernet_init(module()), 0u);
-    EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u);
+    module()->log_mask = 15;
+    const std::string head = "[ovk_ethernet_log: info] ";
+    EXPECT_EQ(messages_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u); }),
+              (Lines{head + "Freed Stats NS IDs 0x00900140 for global counters",
+                     head + "Freed Intf PCP Stats NS IDs 0x00900540 for default counters",
+                     head + "Freed Intf VLAN Stats NS IDs 0x00900940 for default counters",
+                     head + "Freed Flow Info NS IDs from 0x00d0fe19 to 0x00d0ff18",
+                     head + "Ethernet module " + hex(module()) + " shutdown"}));
     EXPECT_EQ(module()->module_object, nullptr);
     lines_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 1u); });
     lines_of([&] { EXPECT_EQ(ovk_ethernet_init(module()), 0u); });
     EXPECT_EQ(holdings(host()), "db 15 id 259 ns 3 br 1 mem 10054");
-}
-
-TEST_F(Shutdown, TakesItsStepsInOrder)
-{
-    EXPECT_EQ(ovk_ethernet_init(module()), 0u);
-    sim::journal_on(true);
-    module()->log_mask = 15;
-    const Lines lines = messages_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u); });
-    EXPECT_EQ(sim::journal::ops("kor_subnet_destroy").size(), 15u);
-    EXPECT_EQ(steps("_lttng_|_subnet_|kor_nvm_free"), R"(ovk_sys_sem_lock_wait(lock 1)
-ovk_ptn_free x 69
-kor_gatr_switch_bridge_entry_unlearn(03000000ff0f00000000000000000000)
-kor_rsrc_free(ethernet_intf_stats, 0x900140, 0x1)
-kor_rsrc_free(ethernet_intf_pcp_stats, 0x900540, 0x1)
-kor_rsrc_free(ethernet_intf_vlan_stats, 0x900940, 0x1)
-kor_rsrc_free(ethernet_flow_info, 0xd0fe19, 0x100)
-kor_rsrc_destroy(ethernet_multicast_groups)
-kor_rsrc_destroy(ethernet_flows)
-kor_rsrc_destroy(switch_virtual_intf_id)
-kor_sem_post(lock 1)
-)");
-    const std::string head = "[ovk_ethernet_log: info] ";
-    EXPECT_EQ(lines, (Lines{head + "Freed Stats NS IDs 0x00900140 for global counters",
-                            head + "Freed Intf PCP Stats NS IDs 0x00900540 for default counters",
-                            head + "Freed Intf VLAN Stats NS IDs 0x00900940 for default counters",
-                            head + "Freed Flow Info NS IDs from 0x00d0fe19 to 0x00d0ff18",
-                            head + "Ethernet module " + hex(module()) + " shutdown"}));
 }
 
 struct failing_step {

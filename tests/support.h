@@ -89,10 +89,12 @@ template <class Call>
 std::vector<std::string> messages_of(Call call)
 {
     std::vector<std::string> lines = lines_of(call);
-    // A failure text without a newline has the status's head on its own line.
-    static const std::regex position("(_log: \\w+\\]) \\w+:\\d+ ");
+    // A failure text without a newline has the next head on its own line.
     for (std::string &line : lines)
-        line = std::regex_replace(line, position, "$1 ");
+        for (size_t at = 0; (at = line.find("_log: ", at)) != std::string::npos;) {
+            at = line.find("] ", at) + 1;
+            line.erase(at, line.find(' ', at + 1) - at);
+        }
     return lines;
 }
 
@@ -157,33 +159,6 @@ inline std::string holdings(const sim::Host &host)
     std::snprintf(text, sizeof text, "db %u id %u ns %u br %u mem %zu", databases, ids, namespaces, entries,
                   sim::heap::live_blocks());
     return text;
-}
-
-// The journal, one call below the other: without operations that match `out`, without rte handles and long zeros,
-// and with many calls in a row as "name x 8200".
-inline std::string steps(const std::string &out)
-{
-    constexpr size_t many = 9;
-    Lines entries = sim::journal::entries();
-    std::erase_if(entries, [without = std::regex(out)](const std::string &entry) {
-        return std::regex_search(entry, without);
-    });
-    const auto name = [](const std::string &entry) { return entry.substr(0, entry.find('(')); };
-    // Allocations are a row only when they are of one size.
-    const auto kind = [&](const std::string &entry) {
-        return entry.starts_with("kor_nvm_calloc") ? entry : name(entry);
-    };
-    std::string text;
-    for (size_t begin = 0, end = 0; begin < entries.size(); begin = end) {
-        while (end < entries.size() && kind(entries[end]) == kind(entries[begin]))
-            ++end;
-        if (end - begin >= many)
-            text += name(entries[begin]) + " x " + std::to_string(end - begin) + "\n";
-        else
-            for (size_t i = begin; i < end; ++i)
-                text += entries[i] + "\n";
-    }
-    return std::regex_replace(text, std::regex("0x7e000001(, )?|0{64,}"), "");
 }
 
 // A port as tests create it: its MAC address ends in its number, and port 0 runs at 10G, all others at 1G.

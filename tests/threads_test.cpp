@@ -2,6 +2,7 @@
 // Public calls from many threads. Each test is worth most under the thread sanitizer.
 #include "support.h"
 
+#include <atomic>
 #include <chrono>
 #include <latch>
 #include <thread>
@@ -12,39 +13,47 @@ using test::Lines;
 
 class Threads : public test::HostTest {};
 
-TEST_F(Threads, CallsFailUntilInitialisationIsThroughAndWorkFromThenOn)
+TEST_F(Threads, CallsFailUntilInitialisationHasSucceeded)
 {
     constexpr u32 callers = 3;
-    std::vector<u32> statuses[callers]; // of each, in order, without repetitions
-    std::latch first_calls(callers);
-    const auto caller = [&](u32 number) {
-        std::vector<u32> &seen = statuses[number];
-        for (u32 tries = 0; tries < 20000 && (seen.empty() || seen.back() == 1); tries++) {
-            const u32 status = ovk_ethernet_log_enable(module(), 0x1000u << number);
-            if (tries == 0)
-                first_calls.count_down();
-            if (seen.empty() || seen.back() != status)
-                seen.push_back(status);
-            std::this_thread::sleep_for(std::chrono::microseconds(300));
-        }
-    };
-    test::lines_of([&] { // a refused call prints at any mask
-        std::vector<std::jthread> threads;
-        for (u32 number = 0; number < callers; number++)
-            threads.emplace_back(caller, number);
-        first_calls.wait();
-        EXPECT_EQ(ovk_ethernet_init(module()), 0u);
-        EXPECT_EQ(ovk_ethernet_log_disable(module(), 0x800), 0u);
-    });
-    for (const std::vector<u32> &seen : statuses)
-        EXPECT_EQ(seen, (std::vector<u32>{1, 0}));
-    EXPECT_EQ(module()->log_mask, 0x7000u);
+    for (const bool fails : {true, false}) {
+        sim::Host target;
+        std::vector<u32> statuses[callers]; // of each, in order, without repetitions
+        std::latch first_calls(callers);
+        std::atomic<bool> is_over = false;
+        const auto caller = [&](u32 number) {
+            std::vector<u32> &seen = statuses[number];
+            for (bool was_over = false; !was_over;) {
+                was_over = is_over;
+                const u32 status = ovk_ethernet_log_enable(target.module(), 0x1000u << number);
+                if (seen.empty())
+                    first_calls.count_down();
+                if (seen.empty() || seen.back() != status)
+                    seen.push_back(status);
+                std::this_thread::sleep_for(std::chrono::microseconds(50));
+            }
+        };
+        if (fails) // in its last step
+            sim::faults::fail("kor_gatr_switch_bridge_entry_learn");
+        test::lines_of([&] { // a refused call prints at any mask
+            std::vector<std::jthread> threads;
+            for (u32 number = 0; number < callers; number++)
+                threads.emplace_back(caller, number);
+            first_calls.wait();
+            EXPECT_EQ(ovk_ethernet_init(target.module()), fails ? 153u : 0u);
+            is_over = true;
+        });
+        for (const std::vector<u32> &seen : statuses)
+            EXPECT_EQ(seen, fails ? std::vector<u32>{1} : (std::vector<u32>{1, 0}));
+        EXPECT_EQ(target.module()->log_mask, fails ? 0u : 0x7000u);
+        EXPECT_EQ(sim::lock_depth(target.lock()), 0u);
+    }
 }
 
 TEST_F(Threads, CallsOnOneModuleAndOnTwoDontDisturbEachOther)
 {
     constexpr u32 workers = 3; // on each module
-    constexpr u32 rounds = 30;
+    constexpr u32 rounds = 100;
     sim::Host other;
     ovk_module *const modules[] = {module(), other.module()};
     for (ovk_module *target : modules)
@@ -57,7 +66,9 @@ TEST_F(Threads, CallsOnOneModuleAndOnTwoDontDisturbEachOther)
         return out;
     };
     // Each worker has a type and a log bit of its own, and fights the others for type 12.
+    std::latch start_line(2 * workers);
     const auto work = [&](ovk_module *target, u32 number) {
+        start_line.arrive_and_wait();
         for (u32 round = 1; round <= rounds; round++) {
             const auto record = action(number, round);
             EXPECT_EQ(ovk_ethernet_exception_configure(target, 0, number, &record), 0u);

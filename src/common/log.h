@@ -239,15 +239,21 @@ template <class... Args>
 // A class line whose end the platform's own printers write: head, format, `print()`, newline. The trace call
 // carries the format and its arguments.
 template <class Print, class... Args>
-void log_record(ovk_module *module, log_class cls, site where, Print print, const char *format,
-                Args... args)
+[[gnu::cold, gnu::noinline]] void print_record(const ovk_module *module, log_class cls, site where,
+                                               Print print, const char *format, Args... args)
 {
-    if (prints(module, cls)) {
-        print_head(module->module_name, cls, where);
-        print_message(format, args...);
-        print();
-        std::putchar('\n');
-    }
+    print_head(module->module_name, cls, where);
+    print_message(format, args...);
+    print();
+    std::putchar('\n');
+}
+
+template <class Print, class... Args>
+inline void log_record(ovk_module *module, log_class cls, site where, Print print, const char *format,
+                       Args... args)
+{
+    if (prints(module, cls)) [[unlikely]]
+        print_record(module, cls, where, print, format, args...);
     trace_message(module, cls, where, format, args...);
 }
 

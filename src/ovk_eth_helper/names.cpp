@@ -20,8 +20,12 @@ struct name_row {
         enumerator, #enumerator                                                                            \
     }
 
+// Most tables have no gap, so the value's distance from the first row is tried before the search.
 const char *name_of(std::span<const name_row> rows, u32 value, const char *fallback)
 {
+    const u32 guess = value - rows.front().value;
+    if (guess < rows.size() && rows[guess].value == value)
+        return rows[guess].name;
     for (const name_row &row : rows)
         if (row.value == value)
             return row.name;

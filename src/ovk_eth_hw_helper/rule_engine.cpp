@@ -79,20 +79,3 @@ u32 ovk_eth_lpm_rule(ovk_module *module, eth_tree_info *tree, u32 op, kor_ptn_ac
         return op == OVK_ETH_REMOVE ? unlearn(module, *tree, *action) : learn(module, *tree, *action);
     });
 }
-
-u32 ovk::check_key(ovk_module *module, site where, const rule_key &key)
-{
-    if (key.status == KOR_OK)
-        return KOR_OK;
-    return log_failure(module, log_class::error, where, key.status, "Could not build the input pattern\n");
-}
-
-u32 ovk::write_rule(ovk_module *module, site where, const rule_key &key, u32 op, kor_ptn_action action)
-{
-    OVK_TRY(check_key(module, where, key));
-    if (op != OVK_ETH_ADD)
-        action = {};
-    if (const u32 status = ovk_eth_lpm_rule(module, &key.tree, op, &action))
-        return log_failure(module, log_class::error, where, status, "Failed to update LPM Tree\n");
-    return KOR_OK;
-}

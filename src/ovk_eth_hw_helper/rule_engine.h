@@ -31,12 +31,27 @@ u32 ovk_eth_lpm_rule(ovk_module *module, eth_tree_info *tree, u32 op, kor_ptn_ac
 namespace ovk {
 
 // Tests a key, for a writer whose action may fail: its own status if it is bad, after reporting it.
-u32 check_key(ovk_module *module, site where, const rule_key &key);
+inline u32 check_key(ovk_module *module, site where, const rule_key &key)
+{
+    if (key.status != KOR_OK) [[unlikely]]
+        return log_failure(module, log_class::error, where, key.status,
+                           "Could not build the input pattern\n");
+    return KOR_OK;
+}
 
 // The end of every writer: tests the key, applies the rule, and reports a failure at the writer's own position.
 // The action counts for OVK_ETH_ADD alone; any other `op` passes an all-zero one. The status is the key's sum or
 // the engine's.
-u32 write_rule(ovk_module *module, site where, const rule_key &key, u32 op, kor_ptn_action action);
+inline u32 write_rule(ovk_module *module, site where, const rule_key &key, u32 op, kor_ptn_action action)
+{
+    OVK_TRY(check_key(module, where, key));
+    if (op != OVK_ETH_ADD)
+        action = {};
+    const u32 status = ovk_eth_lpm_rule(module, &key.tree, op, &action);
+    if (status != KOR_OK) [[unlikely]]
+        return log_failure(module, log_class::error, where, status, "Failed to update LPM Tree\n");
+    return KOR_OK;
+}
 
 } // namespace ovk
 
