@@ -57,32 +57,26 @@ TEST_F(Identifiers, TellTheKindInTheirLowByte)
 
 TEST_F(Identifiers, MapsTieIdsTogetherUntilTheyAreRemoved)
 {
-    const auto to_output_port = ovk_eth_map_dest_map_index_to_mac_or_lag_id;
-    const struct {
-        u32 (*write)(ovk_module *, u32, u32, u32);
-        const char *tree;
-        u32 key, value;
-        sim::Field field; // the key as the classifier sees it
-    } rows[] = {
-        {ovk_eth_map_subif_ns_id, "Map_Intf_NameSpace_Id", 0x46421, 0x5abcd, {0x46421, 20}},
-        {ovk_eth_map_ns_intf_id, "Map_NameSpace_Intf_Id", 0x15abcd, 0x6421, {0x15abcd, 24}},
-        {ovk_eth_map_tvu_lagid_to_hsw_lagid, "Tvu_Lag_Id_to_Hsw_Lag_Id", 0x81, 6, {0x81, 8}},
-        {to_output_port, "Convert_DestMapIndex_To_Output_Port", 21, 0x71, {22, 6}},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.tree);
-        const auto write = [&](u32 op) { return row.write(module(), op, row.key, row.value); };
-        const std::string none = answer(row.tree, {row.field});
-        EXPECT_EQ(write(1), 0u);
-        EXPECT_EQ(answer(row.tree, {row.field}), printed("value 0x%x", row.value));
-        EXPECT_EQ(write(2), 0u);
-        EXPECT_EQ(answer(row.tree, {row.field}), none);
+    using map = u32 (*)(ovk_module *, u32, u32, u32);
+    const auto check = [&](map write, const char *of, u32 key, u32 value, sim::Field field) {
+        SCOPED_TRACE(of);
+        const auto add = [&] { return write(module(), 1, key, value); };
+        const std::string none = answer(of, {field});
+        EXPECT_EQ(add(), 0u);
+        EXPECT_EQ(answer(of, {field}), printed("value 0x%x", value));
+        EXPECT_EQ(write(module(), 2, key, value), 0u);
+        EXPECT_EQ(answer(of, {field}), none);
         sim::faults::fail("ovk_ptn_extend");
-        expect([&] { return write(1); }, sim::status_injected, "Could not build the input pattern");
+        expect(add, sim::status_injected, "Could not build the input pattern");
         sim::faults::fail("kor_ptn_learn");
-        expect([&] { return write(1); }, 64,
+        expect(add, 64,
                "RTE Error: injected fault, Failed to learn the input pattern|Failed to update LPM Tree");
-    }
+    };
+    check(ovk_eth_map_subif_ns_id, "Map_Intf_NameSpace_Id", 0x46421, 0x5abcd, {0x46421, 20});
+    check(ovk_eth_map_ns_intf_id, "Map_NameSpace_Intf_Id", 0x15abcd, 0x6421, {0x15abcd, 24});
+    check(ovk_eth_map_tvu_lagid_to_hsw_lagid, "Tvu_Lag_Id_to_Hsw_Lag_Id", 0x81, 6, {0x81, 8});
+    check(ovk_eth_map_dest_map_index_to_mac_or_lag_id, "Convert_DestMapIndex_To_Output_Port", 21, 0x71,
+          {22, 6});
 }
 
 TEST_F(InterfaceChecks, KindAndModeDecide)
@@ -242,45 +236,51 @@ TEST_F(Identifiers, GettersRefuseAndZeroWhatTheyWouldHaveGiven)
 {
     ovk_eth_intf vlan = record(INTERFACE_TYPE_VLAN), dead = {};
     u32 word = 0;
-    const auto port_number = ovk_ethernet_port_number_get, if_id = ovk_ethernet_interface_id_get;
-    const struct {
-        decltype(port_number) get;
-        handle of;
-        u32 *out;
-        u32 status;
-        const char *cause;
-        u32 word; // afterwards; 99 before
-    } rows[] = {
-        {port_number, &dead, &word, 0x2000003, "Invalid Interface handle %s", 0},
-        {port_number, nullptr, nullptr, 0x2000003, "Invalid Interface handle %s", 99},
-        {port_number, &vlan, nullptr, 8, "Null parameter pointer", 99},
-        {port_number, &vlan, &word, 0x200001e,
-         "Incompatible Interface type INTERFACE_TYPE_VLAN. Must be INTERFACE_TYPE_PHY", 0},
-        {if_id, &dead, &word, 0x2000003, "Invalid Interface handle %s", 0},
-        {if_id, nullptr, nullptr, 0x2000003, "Invalid Interface handle %s", 99},
-        {if_id, &vlan, nullptr, 8, "Null Interface ID pointer", 99},
-    };
-    for (const auto &row : rows) {
+    const auto port = ovk_ethernet_port_number_get, id = ovk_ethernet_interface_id_get;
+    const auto refuse = [&](auto get, handle of, u32 *out, u32 status, const std::string &cause) {
+        const std::string operation =
+            get == port ? "|Failed to get the port number for interface handle " + hex(of)
+                        : "|Failed to retrieve Interface ID for interface handle " + hex(of) + '&';
         word = 99;
-        expect([&] { return row.get(module(), row.of, row.out); }, row.status,
-               printed(row.cause, hex(row.of).c_str()) +
-                   (row.get == port_number
-                        ? "|Failed to get the port number for interface handle " + hex(row.of)
-                        : "|Failed to retrieve Interface ID for interface handle " + hex(row.of) + '&'));
-        EXPECT_EQ(word, row.word);
+        expect([&] { return get(module(), of, out); }, status, cause + operation);
+        return word;
+    };
+    for (const auto get : {port, id}) {
+        EXPECT_EQ(refuse(get, &dead, &word, 0x2000003, "Invalid Interface handle " + hex(&dead)), 0u);
+        EXPECT_EQ(refuse(get, nullptr, nullptr, 0x2000003, "Invalid Interface handle 0x00000000"), 99u);
     }
-    for (const u32 port : {0x15u, 0x82u, 0x80u, 0x20u}) {
-        const bool is_none = port == 0x15 || port == 0x82;
+    EXPECT_EQ(refuse(port, &vlan, nullptr, 8, "Null parameter pointer"), 99u);
+    EXPECT_EQ(refuse(id, &vlan, nullptr, 8, "Null Interface ID pointer"), 99u);
+    EXPECT_EQ(refuse(port, &vlan, &word, 0x200001e,
+                     "Incompatible Interface type INTERFACE_TYPE_VLAN. Must be INTERFACE_TYPE_PHY"),
+              0u);
+    const auto no_owner = [&](u32 number, u32 status, const char *cause) {
         handle owner = &vlan;
-        expect([&] { return ovk_ethernet_interface_handle_get(module(), port, &owner); },
-               is_none ? 0x2000006 : 0x2000028,
-               printed(is_none ? "Invalid port number %u" : "Interface handle for port %u does not exist",
-                       port) +
-                   printed("|Failed to get the interface handle for port %u", port));
+        expect([&] { return ovk_ethernet_interface_handle_get(module(), number, &owner); }, status,
+               printed(cause, number) + printed("|Failed to get the interface handle for port %u", number));
         EXPECT_EQ(owner, nullptr);
-    }
+    };
+    no_owner(0x15, 0x2000006, "Invalid port number %u");
+    no_owner(0x82, 0x2000006, "Invalid port number %u");
+    no_owner(0x80, 0x2000028, "Interface handle for port %u does not exist");
+    no_owner(0x20, 0x2000028, "Interface handle for port %u does not exist");
     expect([&] { return ovk_ethernet_interface_handle_get(module(), 0x99, nullptr); }, 8,
            "Null Interface Handle Pointer|Failed to get the interface handle for port 153");
+}
+
+TEST_F(Identifiers, CallsSayWhatFailedOfABadModule)
+{
+    using test::no_module, test::operator+;
+    const auto lines = test::messages_of([] {
+        EXPECT_EQ(ovk_ethernet_port_number_get(nullptr, nullptr, nullptr), 1u);
+        EXPECT_EQ(ovk_ethernet_interface_handle_get(nullptr, 7, nullptr), 1u);
+        EXPECT_EQ(ovk_ethernet_interface_create(nullptr, nullptr, nullptr), 1u);
+        EXPECT_EQ(ovk_ethernet_interface_delete(nullptr, nullptr), 1u);
+    });
+    EXPECT_EQ(lines, no_module("Failed to get the port for interface handle 0x00000000") +
+                         no_module("Failed to get interface handle for port 7") +
+                         no_module("Failed to create interface") +
+                         no_module("Failed to delete interface handle 0x00000000"));
 }
 
 } // namespace

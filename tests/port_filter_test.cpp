@@ -184,45 +184,45 @@ TEST_F(PortFilter, CallsRefuseWhatTheyAreNotFor)
     ovk_eth_intf dead = {}, vlan = {};
     vlan.if_magic = OVK_ETH_IF_MAGIC;
     vlan.if_type = INTERFACE_TYPE_VLAN;
-    const std::string invalid = "Invalid Interface handle %s";
-    const std::string mode = "Incompatible Intf forwarding mode OVK_ETHERNET_FWD_MODE_";
-    const std::string type = "Incompatible Interface type INTERFACE_TYPE_";
-    struct row {
-        handle of;
+    struct why {
         u32 status;
         std::string cause;
     };
-    const auto refuse = [&](auto call, const std::string &operation, std::vector<row> rows) {
-        for (const row &given : rows)
-            expect([&] { return call(given.of); }, given.status,
-                   printed((given.cause + '|' + operation).c_str(), hex(given.of).c_str(),
-                           hex(given.of).c_str()));
+    const why no_handle = {0x2000003, "Invalid Interface handle %1$s"};
+    const why in_aggregate = {0x2000003,
+                              "Invalid Uasge: Interface handle is a part of Aggregated link %1$s"};
+    const std::string mode = "Incompatible Intf forwarding mode OVK_ETHERNET_FWD_MODE_";
+    const why is_trunk = {0x2000022, mode + "SWITCH_TRUNK"}, is_routed = {0x2000022, mode + "HIGHER_LAYER"};
+    const why is_static = {0x2000022, mode + "STATIC"};
+    const why is_vlan = {0x200001e, "Incompatible Interface type INTERFACE_TYPE_VLAN"};
+    const why is_aggr = {0x200001e, "Incompatible Interface type INTERFACE_TYPE_AGGR"};
+    using rows = std::vector<std::pair<handle, why>>;
+    const auto refuse = [&](const std::string &operation, const rows &given, auto call) {
+        for (const auto &[of, cause] : given)
+            expect([&, &intf = of] { return call(intf); }, cause.status,
+                   printed((cause.cause + '|' + operation).c_str(), hex(of).c_str()));
     };
     const std::string before = host().image();
-    refuse([&](handle of) { return promiscuous(of, 1); },
-           "Failed to set Interface %2$s in Promiscuous mode",
-           {{&dead, 0x2000003, invalid},
-            {switched, 0x2000022, mode + "SWITCH_TRUNK"},
-            {trunks.handle(), 0x2000022, mode + "SWITCH_TRUNK"},
-            {&vlan, 0x200001e, type + "VLAN"}});
-    refuse([&](handle of) { return filter(of, 1, 1); },
-           "Failed to configure flow filtering on Interface %2$s",
-           {{&dead, 0x2000003, invalid},
-            {member, 0x2000003, "Invalid Uasge: Interface handle is a part of Aggregated link %s"},
-            {on_layer3, 0x2000022, mode + "HIGHER_LAYER"},
-            {fixed, 0x2000022, mode + "STATIC"},
-            {routes.handle(), 0x2000022, mode + "HIGHER_LAYER"},
-            {&vlan, 0x200001e, type + "VLAN"}});
-    refuse([&](handle of) { return add(of, group_mac); },
-           "Failed to add 01-1b-19-00-00-00 to intf %2$s recv mac list",
-           {{&dead, 0x2000003, invalid},
-            {switched, 0x2000022, mode + "SWITCH_TRUNK"},
-            {routes.handle(), 0x200001e, type + "AGGR"},
-            {on_layer3, 0x200000d, "MAC Address must be unicast address"}});
-    refuse([&](handle of) { return del(of); }, "Failed to remove MAC addr from intf %2$s recv mac list",
-           {{&dead, 0x2000003, invalid},
-            {switched, 0x2000022, mode + "SWITCH_TRUNK"},
-            {&vlan, 0x200001e, type + "VLAN"}});
+    refuse("Failed to set Interface %1$s in Promiscuous mode",
+           {{&dead, no_handle}, {switched, is_trunk}, {trunks.handle(), is_trunk}, {&vlan, is_vlan}},
+           [&](handle of) { return promiscuous(of, 1); });
+    refuse("Failed to configure flow filtering on Interface %1$s",
+           {{&dead, no_handle},
+            {member, in_aggregate},
+            {on_layer3, is_routed},
+            {fixed, is_static},
+            {routes.handle(), is_routed},
+            {&vlan, is_vlan}},
+           [&](handle of) { return filter(of, 1, 1); });
+    refuse("Failed to add 01-1b-19-00-00-00 to intf %1$s recv mac list",
+           {{&dead, no_handle},
+            {switched, is_trunk},
+            {routes.handle(), is_aggr},
+            {on_layer3, {0x200000d, "MAC Address must be unicast address"}}},
+           [&](handle of) { return add(of, group_mac); });
+    refuse("Failed to remove MAC addr from intf %1$s recv mac list",
+           {{&dead, no_handle}, {switched, is_trunk}, {&vlan, is_vlan}},
+           [&](handle of) { return del(of); });
     EXPECT_EQ(add(on_layer3, nullptr), 8u);
     EXPECT_EQ(host().image(), before);
     EXPECT_EQ(switched->phy.promiscuous, 1u);

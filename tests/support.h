@@ -8,6 +8,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <regex>
 #include <sstream>
@@ -242,16 +243,6 @@ class HandMadeAggregate {
     std::vector<ovk_eth_aggr_vlan_entry> vlans_;
 };
 
-// `call` fails with that status and prints these failures and nothing else; see failures().
-template <class Call>
-void expect_failure(Call call, u32 status, const std::string &messages)
-{
-    u32 found = 0;
-    const Lines lines = messages_of([&] { found = call(); });
-    EXPECT_EQ(found, status) << messages;
-    EXPECT_EQ(lines, failures(messages, status));
-}
-
 // All that a public call prints that was given a module that isn't one.
 inline Lines no_module(const std::string &operation)
 {
@@ -310,9 +301,47 @@ class InterfaceTest : public ModuleTest {
         EXPECT_EQ(given, status) << messages;
         module()->log_mask = 0;
     }
+    // What the call fails with and says first when the first of its platform calls fails, when the second does, and so
+    // on, with `after()` behind each: "108 RTE, Failed to ...|". Repeats are left out; `prepare()` comes before each run.
+    template <class Call>
+    std::string faults_of(
+        Call call, const std::function<void()> &prepare = [] {},
+        const std::function<std::string()> &after = [] { return ""; })
+    {
+        const sim::faults::Sweep sweep = {
+            .except = {"ovk_lttng_fn_ptr_get", "ovk_ptn_free", "ovk_sys_sem_lock_wait", "kor_sem_post"}};
+        std::string out, last;
+        for (u32 nth = 1;; nth++) {
+            prepare();
+            u32 given = 0;
+            module()->log_mask = 3;
+            sim::faults::fail_any(nth, sweep);
+            const Lines lines = messages_of([&] { given = call(); }) + Lines{""};
+            const bool fired = !sim::faults::fired().empty();
+            sim::faults::clear();
+            module()->log_mask = 0;
+            if (!fired)
+                return std::regex_replace(out, std::regex("RTE Error: injected fault"), "RTE");
+            const std::string text =
+                printed("%u ", given) + lines[0].substr(lines[0].find("] ") + 2) + after() + '|';
+            out += text == last ? "" : text;
+            last = text;
+        }
+    }
     std::string answer(const char *of, const std::vector<sim::Field> &key)
     {
         return sim::action_text(host().rte(), sim::lookup(host().rte(), of, key).action);
+    }
+    // What a call that succeeds prints at a mask, line by line: "info] Created Interface 0x0012abcd".
+    template <class Call>
+    std::string told(u32 log_mask, Call call)
+    {
+        module()->log_mask = log_mask;
+        std::string text;
+        for (const std::string &line : messages_of([&] { EXPECT_EQ(call(), 0u); }))
+            text += line.substr(line.find(": ") + 2) + '\n';
+        module()->log_mask = 0;
+        return text;
     }
 };
 
