@@ -14,19 +14,17 @@ void help(Session &, const Arguments &a)
 {
     Words words = a.words("COMMAND");
     Table table({"command", "what it does"});
-    Words listed;
+    u32 listed = 0;
     for (const Command *command : all_commands()) {
-        if (words.empty() || (words.size() == 1 && (command->name + " ").starts_with(words[0] + " "))) {
+        if (words.empty() || (words.size() == 1 && command->name.starts_with(words[0] + " "))) {
             table.add({command->name, command->help});
-            listed.push_back(command->name);
+            ++listed;
         }
     }
-    if (listed.size() > 1)
-        table.print();
-    else if (!listed.empty())
-        words = split(listed[0]);
-    if (listed.size() < 2 || listed[0] == join(words, " "))
+    if (listed == 0)
         explain(find_command(words));
+    else
+        table.print();
     if (a.words("COMMAND").empty())
         std::puts("'help COMMAND' tells more. '!' before a call wants it to fail; '#' begins a comment.");
 }

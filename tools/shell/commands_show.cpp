@@ -47,7 +47,10 @@ void show_tree(Session &s, const Arguments &a)
     for (const sim::Rule &rule : rules)
         table.add({rule.key.text(), sim::action_text(s.host.rte(), rule.action) +
                                         (rule.hole ? " (left by a removed rule)" : "")});
-    table.print("no rules");
+    if (rules.empty())
+        std::puts("no rules");
+    else
+        table.print();
 }
 
 // "2:2" or "0x48:8": a value and its bits.
