@@ -192,17 +192,13 @@ TEST_F(Association, RefusalsAndFailuresLeaveTheListsAsFarAsTheyCame)
     sim::faults::fail("ovk_ptn_extend", 3);
     expect([&] { return insert(at, 0, mac); }, 2 * 0x7f0a, "Could not build the input pattern"); // the sum
     EXPECT_EQ(rules(), ": 1, 1");
-    EXPECT_EQ(insert(at, 0, any), 0u);
-}
-
-TEST_F(Association, ChangesGoToTheirOwnEventsWithTheIndex)
-{
     sim::traces::on(true);
-    EXPECT_EQ(set_default(OVK_ETH_ADD, 1) + insert(1, 0, any) + insert(1, 1, any) + remove(1, 1), 0u);
-    std::string traced;
-    for (const std::string &line : test::traced())
-        traced += line.starts_with("2") ? line.substr(0, 3) + line.substr(line.find('(')) : "";
-    EXPECT_EQ(traced, "20 (0) 23 (0) 20 (0) 23 (0) 20 (1) 23 (1) 21 (1) 23 (1) ");
+    EXPECT_EQ(insert(at, 0, any) + insert(at, 1, any) + remove(at, 1) + set_default(OVK_ETH_REMOVE, at),
+              0u);
+    std::string events;
+    for (const sim::traces::Record &record : sim::traces::records())
+        events += record.event >= 20 && record.event <= 23 ? std::to_string(record.event) + ' ' : "";
+    EXPECT_EQ(events, "20 23 20 23 21 23 22 23 ");
 }
 
 } // namespace

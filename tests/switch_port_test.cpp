@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support.h"
 
-#include <cstring>
-
-#include "ovk_eth_hw/port_setup.h"
 #include "ovk_eth_hw/switch_port.h"
 
 namespace {
@@ -39,59 +36,35 @@ class SwitchPort : public test::InterfaceTest {
     const writer flood = with(ovk_eth_hsw_port_flooding_option_set, 2u);
     const writer mode = with(ovk_eth_set_gatr_port_hsw_mode, 5u);
     const writer enter = with(ovk_eth_router_vlan_id, 1u), quit = with(ovk_eth_router_vlan_id, 2u);
-    const writer pipes =
-        with(ovk_eth_set_gatr_port_vp, "ethernet_static_forwarding", static_cast<const char *>(nullptr));
+    const writer quit_after_enter = [this](u32 port) { return enter(port) + quit(port); };
     const writer reach = [this](u32 port) {
         return ovk_eth_set_gatr_hsw_bridging_dest_vps(module(), 1, 6, port);
     };
 };
 
-TEST_F(SwitchPort, WriterChangesItsFieldsAndKeepsWhatItReads)
+TEST_F(SwitchPort, WriterChangesItsFieldsAlone)
 {
-    const auto whole = [](const char *of_mode, const char *bridging) { // written without a read
-        return string("ingress_options = ") + of_mode + "010000" + bridging + string(30, '0') + "01010000 ";
-    };
     const auto parsing = [](u8 discard) {
         return "parsing_options = " + numbered(16, {{3, 1}, {4, 1}, {12, discard}}) + ' ';
     };
-    const auto bridge = [](u8 byte_11, u8 flooding, u8 max_age) {
-        return "+ bridge_attrs = " +
-               numbered(24, {{11, byte_11}, {16, flooding}, {20, max_age}, {21, 0}, {22, 0}, {23, 0}}) +
-               ' ';
+    const auto check = [&](const writer &write, const string &expected) {
+        EXPECT_EQ(test::changes(host(), [&] { return write(0x11); }), expected);
     };
-    const string attrs = "+ learn_attrs = " + numbered(10, {{5, 1}, {6, 1}, {7, 1}, {8, 0}, {9, 1}}) + ' ';
-    const string acl = numbered(
-        100, {{56, 1}, {57, 0}, {58, 0}, {59, 0}, {60, 1}, {61, 0}, {62, 0}, {63, 0}, {98, 3}, {99, 0}});
-    const string in_switch =
-        "+ " + parsing(1) + "+ acl = " + acl + " + acl_in_force = " + acl + " + unknown_multicast = 0xc9 ";
-    const string pipe = "_pipeline = \"ethernet_static_forwarding\" ";
-    const auto check = [&](u32 port, const writer &write, const string &expected) {
-        EXPECT_EQ(test::changes(host(), [&] { return write(port); }), expected) << port;
-    };
-    check(0, attr(1, 1), "+ " + whole("01", "01") + in_switch);
-    check(0, attr(0, 0), "- " + whole("01", "01") + "- unknown_multicast = 0xc9 + " + whole("00", "00"));
-    check(1, attr(7, 0), "+ " + whole("07", "00") + in_switch);
-    check(2, learning_on, bridge(1, 0, 62) + "+ learn = 0x1 " + attrs);
-    check(3, learn, "+ learn = 0x1 ");
-    check(3, with(ovk_eth_hsw_port_learning_options_set, 0), "- learn = 0x1 " + bridge(1, 0, 62) + attrs);
-    check(4, age, bridge(0, 0, 36));
-    check(0x10, flood, bridge(0, 2, 60));
-    check(0x11, mode,
-          "+ ingress_options = " + numbered(24, {{0, 5}, {1, 0}, {4, 0}, {20, 0}, {21, 0}}) + ' ');
-    check(0x12, enter, "+ vlan[0xfff] = 0x1 ");
-    check(0x12, enter, ""); // there already
-    check(0x12, quit, "- vlan[0xfff] = 0x1 + " + whole("00", "00"));
-    check(0x13, routed(1, 7), "+ cvlan[0x7] = 0xfff + vlan[0xfff] = 0x1 ");
-    check(0x13, routed(1, 9), "+ cvlan[0x9] = 0xfff ");
-    check(0x13, routed(2, 7), "- cvlan[0x7] = 0xfff ");
-    EXPECT_EQ(attr(1, 0)(0x14), 0u);
-    check(0x14, routed(1, 0),
-          "- " + parsing(1) + "+ cvlan[0x0] = 0xfff + default_vlan = 0xfff + " + parsing(0) +
-              "+ vlan[0xfff] = 0x1 ");
-    check(0x14, routed(2, 0), "- cvlan[0x0] = 0xfff - " + parsing(0) + "+ " + parsing(1));
-    std::memcpy(ovk::object_of(module()).pcp_to_task_pri, "12345678", 8);
-    check(0x20, pipes,
-          "+ tagged" + pipe + "313233343536373831000000 + untagged" + pipe + string(16, '0') + "31000000 ");
+    const string rest = string(30, '0') + "01010000 "; // written without a read
+    EXPECT_EQ(attr(7, 0)(0x11), 0u);
+    check(attr(0, 1), "- ingress_options = 0701000000" + rest +
+                          "- unknown_multicast = 0xc9 + ingress_options = 0001000001" + rest);
+    check(mode, "- ingress_options = 0001000001" + rest + "+ ingress_options = 0501000001" + rest);
+    check(quit_after_enter,
+          "- ingress_options = 0501000001" + rest + "+ ingress_options = 0001000000" + rest);
+    check(learn, "+ learn = 0x1 ");
+    check(age, "+ bridge_attrs = " + numbered(24, {{11, 0}, {16, 0}, {20, 36}, {21, 0}, {22, 0}, {23, 0}}) +
+                   ' ');
+    check(routed(1, 7), "+ cvlan[0x7] = 0xfff + vlan[0xfff] = 0x1 ");
+    check(enter, ""); // there already
+    check(routed(1, 0), "- " + parsing(1) + "+ cvlan[0x0] = 0xfff + default_vlan = 0xfff + " + parsing(0));
+    check(routed(2, 7), "- cvlan[0x7] = 0xfff ");
+    check(routed(2, 0), "- cvlan[0x0] = 0xfff - " + parsing(0) + "+ " + parsing(1));
 }
 
 TEST_F(SwitchPort, DestinationIndexReachesItsVirtualPortAndThePortAllOthers)
@@ -110,7 +83,7 @@ TEST_F(SwitchPort, DestinationIndexReachesItsVirtualPortAndThePortAllOthers)
     check(255, 0, 0);
 }
 
-TEST_F(SwitchPort, WriterStopsAtItsFirstFailure)
+TEST_F(SwitchPort, WriterSaysWhatItDoesAndStopsAtItsFirstFailure)
 {
     const string port = " for port 17|", no_get = " RTE, Failed to get ", no_set = " RTE, Failed to set ";
     const string attrs = "136 RTE, kor_gatr_switch_bridge_port_attrs_get() Failed|"
@@ -122,7 +95,16 @@ TEST_F(SwitchPort, WriterStopsAtItsFirstFailure)
                  vlan = "139 GATR HSW Ingress VLAN Set failed. RTE |";
     const string parsing =
         "145" + no_get + "parsing options" + port + "146" + no_set + "parsing options" + port;
-    const auto check = [&](const writer &write, const string &failures) {
+    const string aging = "Configuring the GATR Port max age timer value|",
+                 ingress = "Configuring ingress options" + port;
+    // What it says it does, and what when each of its steps fails.
+    const auto check = [&](const writer &write, const string &hw, const string &failures) {
+        string said;
+        module()->log_mask = OVK_ETHERNET_LOG_HW;
+        for (const string &line : test::messages_of([&] { (void)write(0x11); }))
+            said += line.substr(line.find("hw] ") + 4) + '|';
+        module()->log_mask = 0;
+        EXPECT_EQ(said, hw);
         EXPECT_EQ(faults_of([&] { return write(0x11); }, [&] { (void)enter(0x11); }),
                   "32522 ovk_sys_mac_channel_id_get failed" + port + failures);
         const string before = host().image();
@@ -130,23 +112,27 @@ TEST_F(SwitchPort, WriterStopsAtItsFirstFailure)
                "ovk_sys_mac_channel_id_get failed for port 21"); // has no MAC
         EXPECT_EQ(host().image(), before);
     };
-    check(learning_on, learns + attrs);
-    check(learn, learns);
-    check(age, attrs);
-    check(flood, "136 RTE, Failed to Get GATR HSW Bridging Attributes|"
-                 "137 RTE, Failed to Set GATR HSW Bridging Attributes|");
-    check(mode, "143 RTE, Failed to Get ingress options|" + options);
-    check(attr(1, 1), options + parsing +
-                          "148 kor_gatr_switch_bridge_unknown_multicast_set failed. RTE |149" + no_get +
-                          "ACL options" + port + "150" + no_set + "ACL options" + port + "151" + no_get +
-                          "ACL options" + port);
-    check(enter, vlan);
-    check(quit, options + "140 GATR HSW Ingress VLAN Remove failed. RTE |");
-    check(reach, "152 RTE, Failed to add entry to destination VP table|"
-                 "149 RTE, Failed to source port map rule in HSW|");
-    check(routed(1, 0), vlan + "141 GATR HSW CVLAN to SVLAN Map failed. RTE |" + parsing +
-                            "138 RTE, Failed to Set default vlan id|");
-    check(routed(2, 0), "142 GATR HSW CVLAN to SVLAN Map removal failed. RTE |" + parsing);
+    check(learning_on, "Configuring the GATR Port Learning Attrs|" + aging, learns + attrs);
+    check(learn, "", learns);
+    check(age, aging, attrs);
+    check(flood, "Configuring the GATR Port Flooding Option|",
+          "136 RTE, Failed to Get GATR HSW Bridging Attributes|"
+          "137 RTE, Failed to Set GATR HSW Bridging Attributes|");
+    check(mode, "", "143 RTE, Failed to Get ingress options|" + options);
+    check(attr(1, 1), ingress,
+          options + parsing + "148 kor_gatr_switch_bridge_unknown_multicast_set failed. RTE |149" + no_get +
+              "ACL options" + port + "150" + no_set + "ACL options" + port + "151" + no_get +
+              "ACL options" + port);
+    check(enter, ingress, vlan);
+    check(quit, ingress, options + "140 GATR HSW Ingress VLAN Remove failed. RTE |");
+    check(reach, "",
+          "152 RTE, Failed to add entry to destination VP table|"
+          "149 RTE, Failed to source port map rule in HSW|");
+    check(routed(1, 0), "Configuring the Ingress VLAN for Port 17|",
+          vlan + "141 GATR HSW CVLAN to SVLAN Map failed. RTE |" + parsing +
+              "138 RTE, Failed to Set default vlan id|");
+    check(routed(2, 0), "Removing Ingress VLAN for Port 17|",
+          "142 GATR HSW CVLAN to SVLAN Map removal failed. RTE |" + parsing);
 }
 
 TEST_F(SwitchPort, AgingGoesToTheSwitchInStepsAndToTheClassifierInSeconds)
@@ -204,21 +190,6 @@ TEST_F(SwitchPort, AgingGoesToTheSwitchInStepsAndToTheClassifierInSeconds)
         test::messages_of([&] { (void)set_age(port, 1); }),
         test::Lines{"[ovk_ethernet_log: info] Configured the MAC aging timer value on Interface handle " +
                     hex(port)});
-}
-
-TEST_F(SwitchPort, WritersSayWhatTheyConfigure)
-{
-    string said;
-    module()->log_mask = OVK_ETHERNET_LOG_HW;
-    for (const writer &write : {learning_on, flood, attr(1, 1), enter, pipes, routed(1, 5), routed(2, 5)})
-        for (const string &line : test::messages_of([&] { (void)write(1); }))
-            said += line.substr(line.find("hw] ") + 4) + '|';
-    EXPECT_EQ(said,
-              "Configuring the GATR Port Learning Attrs|Configuring the GATR Port max age timer value|"
-              "Configuring the GATR Port Flooding Option|Configuring ingress options for port 1|"
-              "Configuring ingress options for port 1|"
-              "Configuring the default virtual pipeline ethernet_static_forwarding|"
-              "Configuring the Ingress VLAN for Port 1|Removing Ingress VLAN for Port 1|");
 }
 
 } // namespace
