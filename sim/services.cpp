@@ -75,15 +75,15 @@ u32 ovk_qos_queue_id_get(ovk_system *parent, ovk_queue_handle queue_handle, u32 
     });
 }
 
-u32 ovk_sif_max_subnet_entry_sz_get(u32 key_bits, u32 large, u32 *size, u32 *optimized_size)
+u32 ovk_sif_max_subnet_entry_sz_get(u32 key_bits, u32 flag, u32 *size, u32 *optimized_size)
 {
-    return platform<"ovk_sif_max_subnet_entry_sz_get">(With{key_bits, large}, [&]() -> u32 {
+    return platform<"ovk_sif_max_subnet_entry_sz_get">(With{key_bits, flag}, [&]() -> u32 {
         given(size, "size");
         given(optimized_size, "optimized size");
-        if (key_bits == 0 || key_bits > Bits::max_length || large > 1)
-            wrong("%u key bits, large %u", key_bits, large);
+        if (key_bits == 0 || key_bits > Bits::max_length || flag > 1)
+            wrong("%u key bits, flag %u", key_bits, flag);
         *optimized_size = 12 + (key_bits + 31) / 32 * 4; // an action and the key
-        *size = *optimized_size + (large ? 16 : 8);      // and links
+        *size = *optimized_size + (flag ? 16 : 8);       // and links
         return 0;
     });
 }
