@@ -15,6 +15,10 @@
 #include "ovk_ethernet_interface.h"
 #include "ovk_ethernet_log.h"
 #include "ovk_ethernet_module.h"
+#include "ovk_ethernet_port.h"
+#include "ovk_ethernet_statistics.h"
 #include "ovk_ethernet_status.h"
+#include "ovk_ethernet_switching.h"
+#include "ovk_ethernet_vlan.h"
 
 #endif

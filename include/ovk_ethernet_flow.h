@@ -10,6 +10,7 @@
 
 #include "ovk_ethernet_api.h"
 #include "ovk_ethernet_enums.h"
+#include "ovk_qos.h"
 
 /* A simple ingress or egress flow. */
 typedef struct ovk_ethernet_ingress_flow_data {
@@ -31,6 +32,22 @@ typedef struct ovk_ethernet_cpu_flow_data {
     ovk_ethernet_if_handle if_handle;
     u16 vlan_id; /* below 4096 */
 } ovk_ethernet_cpu_flow_data;
+
+/* What a flow's rule does, by `type`, an ovk_ethernet_association_rule_type. Priorities are 0 to 7. */
+typedef struct ovk_ethernet_flow_action {
+    u32 type;
+    ovk_ethernet_if_handle out_if_handle; /* SEND_TO_PORT */
+    u8 priority;                          /* SEND_TO_CPU, SEND_TO_BDL */
+    u8 spare;
+    u16 bdl_value;       /* SEND_TO_BDL */
+    u32 cpu_param : 24;  /* SEND_TO_CPU: carried to the CPU path */
+    u32 cpu_word_lo : 8; /* SEND_TO_CPU: low byte of the queue number */
+    union {
+        u8 cpu_word_hi;                    /* SEND_TO_CPU: high byte of the queue number */
+        ovk_queue_handle bdl_queue_handle; /* SEND_TO_BDL */
+    };
+    ovk_queue_handle cpu_queue_handle; /* SEND_TO_CPU; 0: none */
+} ovk_ethernet_flow_action;
 
 /* An association flow, one rule of a port's ordered set. */
 typedef struct ovk_ethernet_ingress_extended_flow_data {

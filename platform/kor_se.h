@@ -12,6 +12,9 @@ extern "C" {
 /* Writes `size` bytes of `buffer` at byte `offset` of the record `ns_id`. */
 u32 kor_se_state_set(kor_rte rte, u32 ns_id, u32 offset, const void *buffer, u32 size);
 
+/* Reads `size` bytes at byte `offset` of the record `ns_id`. */
+u32 kor_se_state_get(kor_rte rte, u32 ns_id, u32 offset, void *buffer, u32 size);
+
 #ifdef __cplusplus
 }
 #endif

@@ -18,6 +18,9 @@ typedef struct kor_time {
 /* Fills `out`. Returns 0 or a platform status, with `out` untouched. */
 u32 kor_gettime(kor_time *out);
 
+/* Waits for so many microseconds. */
+u32 kor_usleep(u32 microseconds);
+
 #ifdef __cplusplus
 }
 #endif

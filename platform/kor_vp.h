@@ -24,6 +24,12 @@ u32 kor_vp_handle_get_gatr_ethernet_hsw_switch(kor_rte rte, kor_vp *out);
 u32 kor_vp_handle_get_gatr_ethernet_hsw_flood(kor_rte rte, kor_vp *out);
 u32 kor_vp_handle_get_gatr_ethernet_hsw_default(kor_rte rte, kor_vp *out);
 
+/* One entry of a pipeline's flow data, in bank 0 or 1. */
+enum {
+    KOR_VP_FLOW_DATA_SIZE = 136
+};
+u32 kor_vp_flow_data_write(kor_vp vp, u32 bank, u32 index, const void *data);
+
 #ifdef __cplusplus
 }
 #endif

@@ -7,7 +7,7 @@
 #ifndef OVK_PTN_H
 #define OVK_PTN_H
 
-#include "kor_ptn.h"
+#include "kor_otreeset.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -25,12 +25,15 @@ u32 ovk_ptn_clear(kor_ptn *pattern);
  */
 u32 ovk_ptn_extend(kor_ptn *pattern, u32 value, u32 bits);
 
-/* Frees the pattern's object, by the record's words. An all-zero record has none, and is freed all the same. */
+/* Frees the pattern's object, by the record's words. A record without an object is freed all the same. */
 u32 ovk_ptn_free(struct kor_ptn_data *data, u32 length, u32 width);
 
 /* Print a pattern or an action to standard output, without a newline. */
 void ovk_ptn_print(struct kor_ptn_data *data, u32 length, u32 width);
 void ovk_ptn_action_print(u32 type, u32 w1, u32 w2);
+
+/* The same for `count` fields of a vector pattern. */
+void ovk_vptn_print(u32 count, const kor_vptn_field *vptn);
 
 #ifdef __cplusplus
 }

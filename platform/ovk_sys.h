@@ -15,6 +15,14 @@ u32 ovk_sys_sem_lock_wait(kor_sem *lock);
 /* Text of any status, the family's and the modules' own included. The text stays the platform's. */
 const char *ovk_sys_status_get(ovk_system *parent, u32 status);
 
+/* The MAC channel of a port number. Returns 0, or a status when there is no such port. */
+u32 ovk_sys_mac_channel_id_get(ovk_system *parent, u32 port, u32 *channel);
+
+/* Takes, and gives back, an interface id: 24 bits, and the id of the interface's counters in state memory.
+ */
+u32 ovk_sys_interface_id_alloc(ovk_system *parent, u32 *id);
+u32 ovk_sys_interface_id_free(ovk_system *parent, u32 id);
+
 #ifdef __cplusplus
 }
 #endif

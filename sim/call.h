@@ -11,6 +11,7 @@
 #define OVK_SIM_CALL_H
 
 #include "core.h"
+#include "kor_otreeset.h"
 #include "world.h"
 
 #include <atomic>
@@ -21,7 +22,7 @@
 namespace sim {
 
 enum class Group : u8 {
-    read,
+    read,  /* those that clear what they read too */
     write, /* changes a chip's or the host's state */
     pattern,
     heap,
@@ -37,16 +38,64 @@ struct Operation {
 };
 
 inline constexpr Operation operations[] = {
+    {"kor_gatr_broadcast_filter_set", Group::write},
     {"kor_gatr_common_dscp_cos_set", Group::write},
+    {"kor_gatr_common_vps_bridging_vp_get", Group::read},
+    {"kor_gatr_common_vps_bridging_vp_set", Group::write},
+    {"kor_gatr_crc_set", Group::write},
+    {"kor_gatr_mac_addr_set", Group::write},
+    {"kor_gatr_mac_flow_ctrl_set", Group::write},
+    {"kor_gatr_mac_statistics_get", Group::read},
+    {"kor_gatr_port_counter_reg_get", Group::read},
+    {"kor_gatr_port_counter_reg_mode_set", Group::write},
+    {"kor_gatr_port_default_vlan_set", Group::write},
+    {"kor_gatr_port_enable_get", Group::read},
+    {"kor_gatr_port_enable_set", Group::write},
+    {"kor_gatr_port_ingress_options_get", Group::read},
+    {"kor_gatr_port_ingress_options_set", Group::write},
+    {"kor_gatr_port_ingress_parsing_options_get", Group::read},
+    {"kor_gatr_port_ingress_parsing_options_set", Group::write},
+    {"kor_gatr_port_ingress_qinq_cvlan_map_rem", Group::write},
+    {"kor_gatr_port_ingress_qinq_cvlan_map_set", Group::write},
+    {"kor_gatr_port_ingress_vlan_rem", Group::write},
+    {"kor_gatr_port_ingress_vlan_set", Group::write},
+    {"kor_gatr_port_vp_set", Group::write},
+    {"kor_gatr_qinq_set", Group::write},
+    {"kor_gatr_switch_acl_build", Group::write},
     {"kor_gatr_switch_acl_cos_to_dscp_map_set", Group::write},
+    {"kor_gatr_switch_acl_port_cfg_get", Group::read},
+    {"kor_gatr_switch_acl_port_cfg_set", Group::write},
     {"kor_gatr_switch_bridge_age_hysteresis_set", Group::write},
+    {"kor_gatr_switch_bridge_destination_vps_set", Group::write},
     {"kor_gatr_switch_bridge_entry_learn", Group::write},
     {"kor_gatr_switch_bridge_entry_unlearn", Group::write},
+    {"kor_gatr_switch_bridge_port_attrs_get", Group::read},
+    {"kor_gatr_switch_bridge_port_attrs_set", Group::write},
+    {"kor_gatr_switch_bridge_port_learn_attrs_get", Group::read},
+    {"kor_gatr_switch_bridge_port_learn_attrs_set", Group::write},
+    {"kor_gatr_switch_bridge_port_lport_set", Group::write},
+    {"kor_gatr_switch_bridge_source_port_vps_set", Group::write},
+    {"kor_gatr_switch_bridge_unknown_multicast_set", Group::write},
+    {"kor_gatr_switch_bridge_vlan_vps_get", Group::read},
+    {"kor_gatr_switch_bridge_vlan_vps_set", Group::write},
+    {"kor_gatr_tag_config_get", Group::read},
+    {"kor_gatr_tag_config_set", Group::write},
+    {"kor_gatr_tag_enable_set", Group::write},
+    {"kor_gatr_unicast_filter_enable", Group::write},
+    {"kor_gatr_unicast_filter_set", Group::write},
     {"kor_gettime", Group::log},
+    {"kor_mac_speed_duplex_get", Group::read},
+    {"kor_mac_speed_duplex_set", Group::write},
     {"kor_nvm_calloc", Group::heap},
     {"kor_nvm_free", Group::heap, false},
     {"kor_nvm_malloc", Group::heap},
     {"kor_ptn_learn", Group::write},
+    {"kor_ptn_otreeset_append", Group::write},
+    {"kor_ptn_otreeset_build", Group::write},
+    {"kor_ptn_otreeset_clear", Group::write},
+    {"kor_ptn_otreeset_delete", Group::write},
+    {"kor_ptn_otreeset_insert", Group::write},
+    {"kor_ptn_otreeset_novrules", Group::read},
     {"kor_ptn_symbol_get_id", Group::read},
     {"kor_ptn_unlearn", Group::write},
     {"kor_qsh_shared_param_mod", Group::write},
@@ -56,6 +105,7 @@ inline constexpr Operation operations[] = {
     {"kor_rsrc_find", Group::read},
     {"kor_rsrc_free", Group::write},
     {"kor_rsrc_query", Group::read},
+    {"kor_se_state_get", Group::read},
     {"kor_se_state_set", Group::write},
     {"kor_sem_init", Group::lock},
     {"kor_sem_post", Group::lock},
@@ -65,6 +115,8 @@ inline constexpr Operation operations[] = {
     {"kor_subnet_del_subnet", Group::write},
     {"kor_subnet_destroy", Group::write},
     {"kor_subnet_find_higher_subnet", Group::read},
+    {"kor_usleep", Group::read},
+    {"kor_vp_flow_data_write", Group::write},
     {"kor_vp_handle_get_expander_ethernet_switch", Group::read},
     {"kor_vp_handle_get_gatr_ethernet_hsw_default", Group::read},
     {"kor_vp_handle_get_gatr_ethernet_hsw_flood", Group::read},
@@ -84,8 +136,14 @@ inline constexpr Operation operations[] = {
     {"ovk_ptn_print", Group::log, false},
     {"ovk_qos_queue_id_get", Group::read},
     {"ovk_sif_max_subnet_entry_sz_get", Group::read},
+    {"ovk_sif_netDriver_demux_add", Group::write},
+    {"ovk_sif_netDriver_demux_remove", Group::write},
+    {"ovk_sys_interface_id_alloc", Group::write},
+    {"ovk_sys_interface_id_free", Group::write},
+    {"ovk_sys_mac_channel_id_get", Group::read},
     {"ovk_sys_sem_lock_wait", Group::lock},
     {"ovk_sys_status_get", Group::log, false},
+    {"ovk_vptn_print", Group::log, false},
 };
 
 /* Index of an operation; std::size(operations) when there is none. */
@@ -131,6 +189,10 @@ struct BytesArg {
 struct NamespaceArg {
     kor_rsrc handle;
 };
+struct VptnArg {
+    u32 count;
+    const kor_vptn_field *fields;
+};
 struct BlockArg {
     const void *block;
 };
@@ -141,6 +203,7 @@ std::string show(TreeArg tree);
 std::string show(ActionArg action);
 std::string show(BytesArg bytes);
 std::string show(NamespaceArg ns);
+std::string show(VptnArg vptn);
 std::string show(BlockArg block);
 std::string show(LockArg lock);
 std::string show(const kor_ptn *pattern);

@@ -27,6 +27,11 @@ Chip &asked_chip(kor_rte rte)
     throw std::invalid_argument("no chip of that rte handle");
 }
 
+Chip &chip_of(const ovk_system *parent)
+{
+    return chip(given(given(parent, "parent")->sys_module, "system module")->rte_handle);
+}
+
 kor_rte spoken_to()
 {
     return speaking_to;

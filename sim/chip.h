@@ -9,10 +9,11 @@
 #define OVK_SIM_CHIP_H
 
 #include "core.h"
-#include "kor_gatr.h"
 #include "kor_rsrc.h"
 #include "kor_subnet.h"
+#include "ordered_set.h"
 #include "ovk_qos.h"
+#include "port.h"
 #include "prefix_table.h"
 
 namespace sim {
@@ -39,6 +40,16 @@ std::optional<kor_ptn_action> rule(kor_rte rte, std::string_view tree, const std
 Answer lookup(kor_rte rte, std::string_view tree, const std::vector<Field> &key); /* longest prefix */
 std::string action_text(kor_rte rte, const kor_ptn_action &action);
 
+/*
+ * Ordered tree sets, by name with or without "ovk_ethernet." A list that was never touched is empty. `frame`
+ * is all fields behind the selector, each in full width; nothing when no rule in force takes it.
+ */
+std::vector<std::string> ordered_sets(kor_rte rte);
+OrderedSet ordered_set(kor_rte rte, std::string_view tree);
+OrderedList ordered_list(kor_rte rte, std::string_view tree, u32 selector);
+std::optional<Hit> association_match(kor_rte rte, std::string_view tree, u32 selector,
+                                     const std::vector<Field> &frame);
+
 /* Makes every unlearn of an absent rule fail. Otherwise one succeeds that replaces at the tree's full
  * width. */
 void strict_unlearn(kor_rte rte, bool on);
@@ -52,11 +63,17 @@ void state_put(kor_rte rte, u32 id, u32 offset, const std::vector<u8> &bytes);
 std::vector<u8> shared(kor_rte rte, u32 id, u32 size);
 void shared_put(kor_rte rte, u32 id, const std::vector<u8> &bytes);
 
+/* A virtual pipeline's flow data, by the pipeline's name: 136 bytes, zeros if never written. */
+std::vector<u8> flow_data(kor_rte rte, std::string_view pipeline, u32 bank, u32 index);
+
+/* The demultiplexer: port value -> id of the classifier function. */
+std::map<u16, u32> demux(kor_rte rte);
+
 /* Ids that are out, in order. "lls_flows" is the host's pool, the same for all chips. */
 std::vector<u32> ids_in_use(kor_rte rte, std::string_view name);
 std::vector<std::string> namespaces(kor_rte rte);
 
-/* Switch and port adapter; switch.cpp lists the registers. One that was never set isn't there. */
+/* What ports share; switch.cpp lists the registers. One that was never set isn't there. port.h has ports. */
 std::vector<kor_gatr_bridge_entry> bridge_entries(kor_rte rte); /* by kind, group, MAC */
 std::map<std::string, u64> registers(kor_rte rte);
 

@@ -63,7 +63,7 @@ Symbol &tree_symbol(Chip &on, u32 tree_id)
 {
     const u32 index = tree_id - on.first_id;
     if (index >= on.programme.size() || !on.programme[index].tree)
-        wrong("no tree has id 0x%x", tree_id);
+        wrong("%s is no tree", on.function_name(tree_id).c_str());
     return on.programme[index];
 }
 

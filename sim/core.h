@@ -19,13 +19,15 @@ namespace sim {
 
 /* Statuses of the simulated platform. The library must pass on or map what it doesn't know. */
 inline constexpr u32 status_unknown_name =
-    0x1001;                                      /* no such symbol, pipeline, namespace, queue or module */
+    0x1001; /* no such symbol, pipeline, namespace, queue, module or port */
 inline constexpr u32 status_name_taken = 0x1002; /* namespace is there already */
 inline constexpr u32 status_ids_taken = 0x1003;  /* one of the fixed ids is out */
 inline constexpr u32 status_no_rule = 0x1004;    /* unlearn of an absent rule */
 inline constexpr u32 status_no_cover = 0x1005;   /* database without a root that could cover */
 inline constexpr u32 status_exhausted = 0x1006;  /* the host itself is out of memory */
-inline constexpr u32 status_already = 0x1081;    /* a set finds the thing there, a read finds none yet */
+inline constexpr u32 status_absent = 0x1007;   /* removal of what isn't there; a place past a list's end */
+inline constexpr u32 status_too_long = 0x1008; /* a field of a rule is longer than what it matches */
+inline constexpr u32 status_already = 0x1081;  /* a set finds the thing there, a read finds none yet */
 inline constexpr u32 status_no_bridge_entry = 0x10DE; /* unlearn of an absent bridge entry */
 inline constexpr u32 status_injected = 0x7F0A;        /* what a fault gives unless told otherwise */
 inline constexpr u32 status_misuse = 0x7F0B;          /* the call was wrong; misuse() says how */
@@ -84,7 +86,7 @@ fired(); /* operations, in the order in which faults fired since the last clear(
 void clear();
 } // namespace faults
 
-/* kor_gettime() reads this clock; it moves only here. */
+/* kor_gettime() reads this clock; it moves only here and by kor_usleep(), which returns at once. */
 namespace time {
 void set(u32 seconds, u32 nanoseconds);
 void advance(u32 seconds, u32 nanoseconds = 0);

@@ -27,6 +27,33 @@ void add_memory(Lines &lines, const char *what, const Memory &memory)
     }
 }
 
+void add_ordered(Lines &lines, const Chip &on, const Symbol &symbol)
+{
+    const auto add = [&](const std::string &where, const std::vector<OrderedRule> &rules) {
+        for (u32 index = 0; index < rules.size(); ++index) {
+            std::string line = where + format(" %04u", index);
+            for (const Bits &field : rules[index].fields)
+                line += ' ' + field.text();
+            lines.push_back(line + " -> " + text(on, rules[index].action));
+        }
+    };
+    for (const auto &[selector, list] : symbol.ordered->lists) {
+        const std::string name = "list " + symbol.name + format("[0x%x]", selector);
+        add(name + " edited", list.edited);
+        add(name + " in force", list.in_force);
+    }
+}
+
+void add_flow_data(Lines &lines, const FlowData &data)
+{
+    for (const auto &[place, bytes] : data) {
+        if (std::any_of(bytes.begin(), bytes.end(), [](u8 byte) { return byte != 0; }))
+            lines.push_back("flow_data " + pipeline_name(place[0]) +
+                            format(" bank %u index 0x%x = ", place[1], place[2]) +
+                            hex(bytes.data(), bytes.size()));
+    }
+}
+
 void add_service(Lines &lines, const Service &service)
 {
     const ovk_service_record &record = service.record;
@@ -65,6 +92,8 @@ std::string image(kor_rte rte)
     for (const Symbol &symbol : on.programme) {
         if (symbol.tree)
             add_rules(lines, on, "tree " + symbol.name, symbol.tree->rules().list());
+        if (symbol.ordered)
+            add_ordered(lines, on, symbol);
     }
     for (const auto &[handle, db] : world().databases) {
         if (db.rte != rte)
@@ -87,6 +116,10 @@ std::string image(kor_rte rte)
     }
     add_memory(lines, "state", on.state);
     add_memory(lines, "shared", on.shared);
+    add_flow_data(lines, on.flow_data);
+    add_port_lines(lines, on);
+    for (const auto &[port, function] : on.demux)
+        lines.push_back(format("demux 0x%x -> ", port) + on.function_name(function));
     for (const auto &entry : on.bridge)
         lines.push_back("bridge " + hex(&entry.second, sizeof entry.second));
     for (const auto &[name, value] : on.registers)

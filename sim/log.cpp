@@ -55,6 +55,8 @@ constexpr StatusText texts[] = {
     {status_no_rule, "no such rule"},
     {status_no_cover, "no subnet covers it"},
     {status_exhausted, "host is out of memory"},
+    {status_absent, "no such entry"},
+    {status_too_long, "longer than what it matches"},
     {status_already, "already so, or none yet"},
     {status_no_bridge_entry, "no such bridge entry"},
     {status_injected, "injected fault"},
@@ -74,6 +76,15 @@ const char *status_text(u32 status)
     if (text.empty())
         text = format(status >> 16 == 0x200 ? "Ethernet module status 0x%x" : "status 0x%x", status);
     return text.c_str();
+}
+
+/* Lets virtual time pass. */
+void pass(u64 nanoseconds)
+{
+    kor_time &now = world().now;
+    const u64 sum = now.nanoseconds + nanoseconds;
+    now.seconds += static_cast<u32>(sum / nanoseconds_per_second);
+    now.nanoseconds = static_cast<u32>(sum % nanoseconds_per_second);
 }
 
 std::atomic<bool> tracing{false};
@@ -151,9 +162,7 @@ void time::set(u32 seconds, u32 nanoseconds)
 void time::advance(u32 seconds, u32 nanoseconds)
 {
     const Guard guard;
-    const u64 sum = u64{world().now.nanoseconds} + nanoseconds;
-    world().now.seconds += seconds + static_cast<u32>(sum / nanoseconds_per_second);
-    world().now.nanoseconds = static_cast<u32>(sum % nanoseconds_per_second);
+    pass(u64{seconds} * nanoseconds_per_second + nanoseconds);
 }
 
 } // namespace sim
@@ -174,6 +183,14 @@ u32 kor_gettime(kor_time *out)
 {
     return platform<"kor_gettime">(With{}, [&]() -> u32 {
         *given(out, "output") = world().now;
+        return 0;
+    });
+}
+
+u32 kor_usleep(u32 microseconds)
+{
+    return platform<"kor_usleep">(With{microseconds}, [&]() -> u32 {
+        pass(u64{microseconds} * 1000);
         return 0;
     });
 }

@@ -5,6 +5,7 @@
 #include "kor_qsh.h"
 #include "kor_se.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace sim {
@@ -74,6 +75,16 @@ u32 kor_se_state_set(kor_rte rte, u32 ns_id, u32 offset, const void *buffer, u32
     return platform<"kor_se_state_set">(With{rte, ns_id, offset, BytesArg{buffer, size}}, [&]() -> u32 {
         check(buffer, offset, size);
         put(chip(rte).state, ns_id, offset, buffer, size);
+        return 0;
+    });
+}
+
+u32 kor_se_state_get(kor_rte rte, u32 ns_id, u32 offset, void *buffer, u32 size)
+{
+    return platform<"kor_se_state_get">(With{rte, ns_id, offset, size}, [&]() -> u32 {
+        check(buffer, offset, size);
+        const std::vector<u8> record = read(chip(rte).state, ns_id, offset + size);
+        std::copy(record.begin() + offset, record.end(), static_cast<u8 *>(buffer));
         return 0;
     });
 }

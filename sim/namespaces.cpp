@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * Namespaces. Those that a chip brings have disjoint ranges of ids, chosen so that an id tells where it
- * comes from. A created pool counts from 0, as the host's own pool of LLS flows does.
+ * comes from. A created pool counts from 0, as the host's own pool of LLS flows does. The system module keeps
+ * a chip's interface ids in one that other modules can't find.
  */
 #include "call.h"
 #include "chip.h"
 #include "kor_rsrc.h"
+#include "ovk_sys.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -21,7 +23,11 @@ struct Brought {
     u32 max_ids;
 };
 
+constexpr u32 system_kind = ~0U;
+constexpr const char *interface_ids = "interface_ids";
+
 constexpr Brought brought[] = {
+    {system_kind, interface_ids, 0x61A81, 0x4000},
     {KOR_RSRC_SWITCH, "ethernet_switch", 0x4000, 4096},
     {KOR_RSRC_STATE, "ethernet_intf_stats", 0x900140, 1024},
     {KOR_RSRC_STATE, "ethernet_intf_pcp_stats", 0x900540, 1024},
@@ -60,6 +66,13 @@ Namespace &namespace_of(kor_rsrc handle)
     return at->second;
 }
 
+/* The interface ids of the chip spoken to. */
+Namespace &interface_id_pool(const ovk_system *parent)
+{
+    chip_of(parent);
+    return namespace_of(find(spoken_to(), interface_ids));
+}
+
 /* Index of `id`, from where `count` ids must be the namespace's. */
 u32 index_of(const Namespace &ns, u32 id, u32 count)
 {
@@ -67,6 +80,16 @@ u32 index_of(const Namespace &ns, u32 id, u32 count)
     if (count == 0 || index >= ns.taken.size() || count > ns.taken.size() - index)
         wrong("%u ids from 0x%x of %s", count, id, ns.name.c_str());
     return index;
+}
+
+void give_back(Namespace &to, u32 id, u32 count)
+{
+    const auto begin = to.taken.begin() + index_of(to, id, count);
+    const auto never_out = static_cast<u32>(std::find(begin, begin + count, false) - begin);
+    if (never_out != count)
+        wrong("id 0x%x of %s isn't out", id + never_out, to.name.c_str());
+    std::fill_n(begin, count, false);
+    to.in_use -= count;
 }
 
 } // namespace
@@ -85,7 +108,7 @@ void add_namespaces(kor_rte rte)
 bool brings_namespace(std::string_view name)
 {
     return std::any_of(std::begin(brought), std::end(brought),
-                       [&](const Brought &row) { return row.name == name; });
+                       [&](const Brought &row) { return row.kind != system_kind && row.name == name; });
 }
 
 std::vector<u32> ids_in_use(kor_rte rte, std::string_view name)
@@ -170,14 +193,7 @@ u32 kor_rsrc_allocate_fixed(kor_rsrc ns, u32 count, u32 *first_id)
 u32 kor_rsrc_free(kor_rsrc ns, u32 id, u32 count)
 {
     return platform<"kor_rsrc_free">(With{NamespaceArg{ns}, id, count}, [&]() -> u32 {
-        Namespace &to = namespace_of(ns);
-        const u32 index = index_of(to, id, count);
-        const auto begin = to.taken.begin() + index;
-        const auto never_out = static_cast<u32>(std::find(begin, begin + count, false) - begin);
-        if (never_out != count)
-            wrong("id 0x%x of %s isn't out", id + never_out, to.name.c_str());
-        std::fill_n(begin, count, false);
-        to.in_use -= count;
+        give_back(namespace_of(ns), id, count);
         return 0;
     });
 }
@@ -190,6 +206,29 @@ u32 kor_rsrc_destroy(kor_rte rte, kor_rsrc ns)
         if (!gone.created || gone.rte != rte)
             wrong("%s isn't the module's to destroy", gone.name.c_str());
         world().namespaces.erase(ns);
+        return 0;
+    });
+}
+
+u32 ovk_sys_interface_id_alloc(ovk_system *parent, u32 *id)
+{
+    return platform<"ovk_sys_interface_id_alloc">(With{}, [&]() -> u32 {
+        Namespace &from = interface_id_pool(parent);
+        given(id, "output");
+        const auto free = std::find(from.taken.begin(), from.taken.end(), false);
+        if (free == from.taken.end())
+            return status_ids_taken;
+        *free = true;
+        ++from.in_use;
+        *id = from.first_id + static_cast<u32>(free - from.taken.begin());
+        return 0;
+    });
+}
+
+u32 ovk_sys_interface_id_free(ovk_system *parent, u32 id)
+{
+    return platform<"ovk_sys_interface_id_free">(With{id}, [&]() -> u32 {
+        give_back(interface_id_pool(parent), id, 1);
         return 0;
     });
 }

@@ -50,7 +50,6 @@ constexpr TreeRow trees[] = {
     {"Lookup_flow_id_optimized", 28, "Lookup_flow_id_func", {}},
     {"Ethertype_Lookup", 24, "Unknown_EtherType", {}},
     {"Lookup_CPU_flow", 52, "cpu_flow_not_defined", {}},
-    {"Ethernet_Association", 143, "No_Ethernet_Association", {}},
     {"Lookup_Policing_Policy", 84, nullptr, {4, 0, 0}},
     {"Lookup_Intf_PCP_Policing_Policy", 24, nullptr, {4, 0, 0}},
     {"Lookup_Intf_PCP_Stats", 23, nullptr, {0, 0, 0}},
@@ -77,6 +76,17 @@ constexpr TreeRow trees[] = {
     {"Encap_Flow_Dest_Proto_Lookup", 16, "No_BVI_encap_proto", {}},
 };
 // clang-format on
+
+/* Ordered tree sets, and where a frame goes that no rule takes. */
+struct OrderedRow {
+    const char *name;
+    u32 widths[OrderedSet::most_fields];
+    const char *miss_function;
+};
+
+constexpr OrderedRow ordered_sets[] = {
+    {"Ethernet_Association", {8, 24, 48, 48, 12, 3}, "No_Ethernet_Association"},
+};
 
 /* Entry points and functions that rules lead to. Those that trees go to on a miss come on top. */
 constexpr const char *functions[] = {
@@ -108,7 +118,7 @@ Chip::Chip(u32 number) : ordinal(number), first_id(0x1000 + number % 32 * 0x400)
     const auto add = [this](const std::string &name) {
         const auto [at, is_new] = symbols.try_emplace(programme_prefix + name, programme.size());
         if (is_new)
-            programme.push_back({at->first, nullptr});
+            programme.push_back({at->first});
         return at->second;
     };
     for (const char *name : functions)
@@ -120,12 +130,29 @@ Chip::Chip(u32 number) : ordinal(number), first_id(0x1000 + number % 32 * 0x400)
         const u32 index = add(row.name);
         programme[index].tree = std::make_unique<Tree>(row.width, miss);
     }
+    for (const OrderedRow &row : ordered_sets) {
+        add(row.miss_function);
+        programme[add(row.name)].ordered =
+            std::make_unique<OrderedSet>(OrderedSet{{std::begin(row.widths), std::end(row.widths)}, {}});
+    }
+    for (const u32 channel : channels()) {
+        ports.emplace(channel, power_on_port(channel));
+        switch_ports.emplace(channel, power_on_switch_port());
+    }
+    for (const u32 id : {0x16U, 0x17U, 0x18U})
+        bridging_vps.emplace(id, power_on_bridging_vp());
 }
 
 Symbol *Chip::find_symbol(std::string_view name)
 {
     const auto at = symbols.find(name);
     return at == symbols.end() || hidden.contains(name) ? nullptr : &programme[at->second];
+}
+
+bool Chip::is_function(u32 id) const
+{
+    const u32 index = id - first_id;
+    return index < programme.size() && !programme[index].tree && !programme[index].ordered;
 }
 
 std::string Chip::function_name(u32 id) const

@@ -8,6 +8,7 @@
  *
  *   core.h        start over; the journal of calls; faults; misuse; virtual time; traces; heap; locks
  *   chip.h        read a chip back: rules, look-ups, databases, memory, ids, registers, whole images
+ *   port.h        the registers of a MAC channel, in port adapter and switch; its counters
  *   host.h        a chip and a filled-in module handle
  *   fault_loop.h  a scenario, once for each call that can fail
  *

@@ -10,10 +10,12 @@
 #define OVK_SIM_WORLD_H
 
 #include "core.h"
-#include "kor_gatr.h"
 #include "kor_rsrc.h"
 #include "kor_subnet.h"
 #include "kor_time.h"
+#include "kor_vp.h"
+#include "ordered_set.h"
+#include "port.h"
 #include "prefix_table.h"
 
 #include <condition_variable>
@@ -35,14 +37,21 @@ struct kor_ptn_data {
 
 namespace sim {
 
-/* A name of the classifier's programme: a function, or a tree. Ids are indices into the programme. */
+/*
+ * A name of the classifier's programme: a function, a tree, or an ordered tree set. Ids are indices into the
+ * programme.
+ */
 struct Symbol {
     std::string name;
-    std::unique_ptr<Tree> tree; /* null for a function */
+    std::unique_ptr<Tree> tree{};          /* null if it isn't one */
+    std::unique_ptr<OrderedSet> ordered{}; /* likewise */
 };
 
 using Memory =
     std::unordered_map<u32, std::vector<u8>>; /* by namespace id; what was never written is zero */
+
+/* By number of the pipeline, bank and index. */
+using FlowData = std::map<std::array<u32, 3>, std::array<u8, KOR_VP_FLOW_DATA_SIZE>>;
 
 struct Service {
     std::string module_name;
@@ -54,6 +63,7 @@ struct Chip {
     explicit Chip(u32 number);
     Symbol *find_symbol(std::string_view name); /* prefix included; null if absent or hidden */
     std::string function_name(u32 id) const;    /* "0x12" when the id is none */
+    bool is_function(u32 id) const;
 
     u32 ordinal; /* of all chips since the last reset */
     u32 first_id;
@@ -63,6 +73,13 @@ struct Chip {
     bool strict_unlearn = false;
     Memory state;
     Memory shared;
+    FlowData flow_data;
+    std::map<u32, Port> ports; /* by MAC channel; all that there are */
+    std::map<u32, SwitchPort> switch_ports;
+    std::map<u32, kor_gatr_bridging_vp> bridging_vps;
+    std::map<u8, u64> destination_vps;
+    std::map<u32, u64> vlan_vps;
+    std::map<u16, u32> demux;                                   /* port value -> id of a function */
     std::map<std::array<u8, 12>, kor_gatr_bridge_entry> bridge; /* by kind, group, MAC in network order */
     std::map<std::string, u64> registers;
     std::map<const ovk_module *, Service> services;
@@ -153,8 +170,19 @@ extern const std::string programme_prefix; /* "ovk_ethernet."; programme.cpp */
 void add_namespaces(kor_rte rte);          /* those that a chip brings; namespaces.cpp */
 bool brings_namespace(std::string_view name);
 bool has_pipeline(std::string_view name); /* pipelines.cpp */
+std::string pipeline_name(u32 number);    /* as in FlowData; pipelines.cpp */
 void lock_init(kor_sem &lock);            /* lock.cpp */
 void traces_reset();                      /* log.cpp */
+
+/* MAC channels; channels.cpp, and port_image.cpp for the last. */
+Port power_on_port(u32 channel);
+SwitchPort power_on_switch_port();
+kor_gatr_bridging_vp power_on_bridging_vp();
+Port &port_at(kor_rte rte, u32 channel);
+SwitchPort &switch_port_at(kor_rte rte, u32 channel);
+void check_on_off(u32 value, const char *what);
+void check_vlan(u32 vlan);
+void add_port_lines(std::vector<std::string> &lines, const Chip &on);
 
 /*
  * The chip of a handle. The calling thread is then speaking to that chip: databases are made without a
@@ -162,6 +190,9 @@ void traces_reset();                      /* log.cpp */
  */
 Chip &chip(kor_rte rte);
 kor_rte spoken_to();
+
+/* The chip of a system: the one that its system module runs on. */
+Chip &chip_of(const ovk_system *parent);
 
 /* The chip that a test or a tool asks about; throws std::invalid_argument. */
 Chip &asked_chip(kor_rte rte);

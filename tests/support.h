@@ -6,10 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdarg>
 #include <cstdio>
+#include <functional>
 #include <memory>
+#include <regex>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/module_object.h"
@@ -157,6 +161,189 @@ inline std::string holdings(const sim::Host &host)
                   sim::heap::live_blocks());
     return text;
 }
+
+// A port as tests create it: its MAC address ends in its number, and port 0 runs at 10G, all others at 1G.
+inline ovk_ethernet_intf_attrs port_attrs(u32 if_num, u32 fwd_mode)
+{
+    return {.if_num = if_num,
+            .fwd_mode = fwd_mode,
+            .output_rate = if_num == 0 ? u32{OVK_ETHERNET_SPEED_10G} : u32{OVK_ETHERNET_SPEED_1G},
+            .tx_enable = 1,
+            .rx_enable = 1,
+            .full_duplex = 1,
+            .autoneg = 0,
+            .src_mac = {0x02, 0, 0, 0, 0, static_cast<u8>(if_num)},
+            .encap_type = OVK_ETHERNET_ENCAP_DIX};
+}
+
+inline ovk_ethernet_if_handle make_port(ovk_module *module, u32 if_num, u32 fwd_mode)
+{
+    const ovk_ethernet_intf_attrs attrs = port_attrs(if_num, fwd_mode);
+    ovk_ethernet_if_handle port = nullptr;
+    EXPECT_EQ(ovk_ethernet_interface_create(module, &attrs, &port), 0u);
+    return port;
+}
+
+// An aggregate made by hand: a live record, owner of its id, with a VLAN table and the given ports as members. Its
+// MAC address ends in its id. Its flags words are those of a create; no rule of it is in any tree. Undone by its
+// destructor, which comes before the module's.
+class HandMadeAggregate {
+  public:
+    HandMadeAggregate(ovk_module *module, u32 slot, u32 fwd_mode, std::vector<ovk_eth_intf *> members)
+        : object_(ovk::object_of(module)), slot_(slot), members_(std::move(members)), vlans_(4096)
+    {
+        record_.eth_handle = module;
+        record_.if_guard = OVK_ETH_IF_GUARD;
+        record_.if_magic = OVK_ETH_IF_MAGIC;
+        record_.if_type = INTERFACE_TYPE_AGGR;
+        record_.if_id = 0x80 + slot;
+        record_.hsw_if_id = members_.empty() ? 0xff : members_.front()->hsw_if_id;
+        record_.inif_flags = record_.outif_flags = record_.if_id + (fwd_mode * 256) + 0x20000;
+        EXPECT_EQ(ovk_sys_interface_id_alloc(module->parent, &record_.stats_ns_id), 0u);
+        ovk_eth_aggr_tail &aggr = record_.aggr;
+        aggr.src_mac[0] = 0x02;
+        aggr.src_mac[5] = static_cast<u8>(record_.if_id);
+        aggr.fwd_mode = fwd_mode;
+        aggr.encap_type = OVK_ETHERNET_ENCAP_DIX;
+        aggr.promiscuous = aggr.in_flow_filter = aggr.out_flow_filter = 1;
+        aggr.vlan_eth_type[0] = aggr.vlan_eth_type[1] = 0x8100;
+        aggr.member_count = static_cast<u8>(members_.size());
+        aggr.members = members_.data();
+        for (ovk_eth_intf *member : members_)
+            own(*member, 1, &record_);
+        object_.aggr_in_use[slot] = 1;
+        object_.port_owner_table[record_.if_id] = &record_;
+        object_.aggr_vlan_table[slot] = vlans_.data();
+    }
+    ~HandMadeAggregate()
+    {
+        for (ovk_eth_intf *member : members_)
+            own(*member, 0, nullptr);
+        object_.aggr_in_use[slot_] = 0;
+        object_.port_owner_table[record_.if_id] = nullptr;
+        object_.aggr_vlan_table[slot_] = nullptr;
+    }
+    HandMadeAggregate(const HandMadeAggregate &) = delete;
+    HandMadeAggregate &operator=(const HandMadeAggregate &) = delete;
+
+    ovk_eth_intf *handle() { return &record_; }
+    ovk_eth_aggr_vlan_entry &vlan(u32 vlan_id) { return vlans_[vlan_id]; }
+
+  private:
+    static void own(ovk_eth_intf &member, u8 in_aggregate, ovk_eth_intf *aggregate)
+    {
+        member.in_aggregate = in_aggregate;
+        member.phy.parent_aggr = aggregate;
+    }
+
+    ovk_eth_module_object &object_;
+    u32 slot_;
+    ovk_eth_intf record_{};
+    std::vector<ovk_eth_intf *> members_;
+    std::vector<ovk_eth_aggr_vlan_entry> vlans_;
+};
+
+// All that a public call prints that was given a module that isn't one.
+inline Lines no_module(const std::string &operation)
+{
+    const std::string head = "[ovk_unknown_log: ERROR] ";
+    return {head + "Invalid Ethernet module handle 0x00000000", head + operation};
+}
+
+// A record of the hardware's, as an image shows it: each byte reads 0x80 plus its offset, but for those given.
+inline std::string numbered(u32 size, std::initializer_list<std::pair<u32, u8>> bytes)
+{
+    std::string out;
+    for (u32 offset = 0; offset < size; offset++) {
+        u32 value = 0x80 + offset;
+        for (const auto &[at, given] : bytes)
+            value = at == offset ? given : value;
+        char text[4];
+        std::snprintf(text, sizeof text, "%02x", value);
+        out += text;
+    }
+    return out;
+}
+
+// A text as printf makes it.
+[[gnu::format(printf, 1, 2)]] inline std::string printed(const char *format, ...)
+{
+    char text[256];
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    return text;
+}
+
+// What a successful call changes on the chip, in one line: "- gone + new ", without the names of port and tree.
+template <class Call>
+std::string changes(const sim::Host &host, Call call)
+{
+    const std::string before = host.image();
+    EXPECT_EQ(call(), 0u);
+    std::string out;
+    for (const std::string &line : sim::image_diff(before, host.image()))
+        out += line + ' ';
+    return std::regex_replace(out, std::regex("(switch_)?port \\S+ |tree \\S+ |(vlan|flag) (?=0x)"), "");
+}
+
+// A module that has started, asked for refusals and for what the classifier finds.
+class InterfaceTest : public ModuleTest {
+  protected:
+    // A call's status and, with errors shown, its lines: pairs of that status, as failures() takes them.
+    template <class Call>
+    void expect(Call call, u32 status, const std::string &messages)
+    {
+        u32 given = 0;
+        module()->log_mask = 3;
+        EXPECT_EQ(messages_of([&] { given = call(); }), failures(messages, status));
+        EXPECT_EQ(given, status) << messages;
+        module()->log_mask = 0;
+    }
+    // What the call fails with and says first when the first of its platform calls fails, when the second does, and so
+    // on, with `after()` behind each: "108 RTE, Failed to ...|". Repeats are left out; `prepare()` comes before each run.
+    template <class Call>
+    std::string faults_of(
+        Call call, const std::function<void()> &prepare = [] {},
+        const std::function<std::string()> &after = [] { return ""; })
+    {
+        const sim::faults::Sweep sweep = {
+            .except = {"ovk_lttng_fn_ptr_get", "ovk_ptn_free", "ovk_sys_sem_lock_wait", "kor_sem_post"}};
+        std::string out, last;
+        for (u32 nth = 1;; nth++) {
+            prepare();
+            u32 given = 0;
+            module()->log_mask = 3;
+            sim::faults::fail_any(nth, sweep);
+            const Lines lines = messages_of([&] { given = call(); }) + Lines{""};
+            const bool fired = !sim::faults::fired().empty();
+            sim::faults::clear();
+            module()->log_mask = 0;
+            if (!fired)
+                return std::regex_replace(out, std::regex("RTE Error: injected fault"), "RTE");
+            const std::string text =
+                printed("%u ", given) + lines[0].substr(lines[0].find("] ") + 2) + after() + '|';
+            out += text == last ? "" : text;
+            last = text;
+        }
+    }
+    std::string answer(const char *of, const std::vector<sim::Field> &key)
+    {
+        return sim::action_text(host().rte(), sim::lookup(host().rte(), of, key).action);
+    }
+    // What a call that succeeds prints at a mask, line by line: "info] Created Interface 0x0012abcd".
+    template <class Call>
+    std::string told(u32 log_mask, Call call)
+    {
+        module()->log_mask = log_mask;
+        std::string text;
+        for (const std::string &line : messages_of([&] { EXPECT_EQ(call(), 0u); }))
+            text += line.substr(line.find(": ") + 2) + '\n';
+        module()->log_mask = 0;
+        return text;
+    }
+};
 
 } // namespace test
 

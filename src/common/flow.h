@@ -47,6 +47,7 @@ struct ovk_eth_flow {
     u32 mac_index; // ingress flows: slot of the MAC index table
 };
 
+OVK_TARGET_SIZE(ovk_ethernet_flow_action, 24);
 OVK_TARGET_SIZE(ovk_ethernet_ingress_flow_data, 20);
 OVK_TARGET_SIZE(ovk_ethernet_cpu_flow_data, 20);
 OVK_TARGET_OFFSET(ovk_ethernet_cpu_flow_data, if_handle, 12);

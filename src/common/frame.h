@@ -52,6 +52,15 @@ struct caller {
             return ovk_step_status;                                                                        \
     } while (false)
 
+// A platform operation as a step: on failure ends the function with `status`, after a message whose first
+// argument is the text of the platform's own status.
+#define OVK_TRY_RTE(module, operation, status, format, ...)                                                \
+    do {                                                                                                   \
+        if (const u32 ovk_platform_status = (operation))                                                   \
+            return OVK_FAIL(module, status, format,                                                        \
+                            kor_status_get(ovk_platform_status) __VA_OPT__(, ) __VA_ARGS__);               \
+    } while (false)
+
 // What a body ends with. A status converts to one whose failure pair is logged.
 struct outcome {
     u32 status;

@@ -19,6 +19,14 @@ inline constexpr u32 OVK_ETH_IF_GUARD = 0x43217856;
 inline constexpr u32 OVK_ETH_ETHER_TYPES =
     16; // distinct ether types that an interface's flows may ever use
 inline constexpr u32 OVK_ETH_BRIDGE_GROUPS = 64;
+inline constexpr u32 OVK_ETH_VLAN_IDS = 4096;        // IEEE 802.1Q; 0 stands for untagged traffic
+inline constexpr u16 OVK_ETH_VLAN_ETH_TYPE = 0x8100; // IEEE 802.1Q C-tag, until a port is given others
+
+// Bits of the flags words.
+inline constexpr u32 OVK_ETH_LLC_SNAP_BIT = 0x10000;    // outif_flags
+inline constexpr u32 OVK_ETH_FLOW_FILTER_BIT = 0x20000; // both
+inline constexpr u32 OVK_ETH_POLICY_SHIFT = 19;         // inif_flags: the VLAN assignment policy, unmasked
+
 inline constexpr u32 OVK_ETH_AGGR_KEYS = 4;          // hash keys of an aggregate
 inline constexpr u32 OVK_ETH_AGGR_HISTORY_ROWS = 10; // earlier key maps that an aggregate remembers
 
@@ -99,6 +107,7 @@ struct ovk_eth_intf {
 
 OVK_TARGET_SIZE(ovk_ethernet_intf_attrs, 28);
 OVK_TARGET_SIZE(ovk_ethernet_svi_data, 8);
+OVK_TARGET_SIZE(ovk_ethernet_aggr_intf_attrs, 20);
 OVK_TARGET_SIZE(ovk_eth_ether_type_slot, 6);
 OVK_TARGET_OFFSET(ovk_eth_intf, stats_ns_id, 16);
 OVK_TARGET_OFFSET(ovk_eth_intf, eth_handle, 20);

@@ -10,6 +10,7 @@
 #ifndef OVK_ETH_COMMON_RULE_KEY_H
 #define OVK_ETH_COMMON_RULE_KEY_H
 
+#include "common/mac.h"
 #include "common/module_object.h"
 #include "common/op.h"
 #include "ovk_ptn.h"
@@ -28,6 +29,12 @@ struct rule_key {
     rule_key &add(u32 value, u32 bits)
     {
         status += ovk_ptn_extend(&tree.input_pattern, value, bits);
+        return *this;
+    }
+
+    rule_key &add(const ovk_eth_mac_prefix &prefix)
+    {
+        append_mac_prefix(prefix.mac, prefix.bits, [this](u32 value, u32 bits) { add(value, bits); });
         return *this;
     }
 };

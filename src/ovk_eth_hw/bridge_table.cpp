@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "common/op.h"
-#include "kor_gatr.h"
+#include "kor_gatr_switch.h"
 
 OVK_LOG_FILE(ovk_eth_hw, 3);
 

@@ -6,9 +6,6 @@
 
 #include "common/frame.h"
 
-// The switch's own VLAN of routed ports; no bridge group.
-inline constexpr u32 OVK_ETH_ROUTER_VLAN_ID = 4095;
-
 // Puts in (`op` 1) or takes out (any other) the entry of bridge group `bg_id`: its default entry if `is_default`
 // isn't 0, whose destination is fixed and for which `mac` isn't read, else the entry of `mac` on `port`.
 // 0, KOR_E_BRIDGE_LEARN or KOR_E_BRIDGE_UNLEARN.

@@ -2,6 +2,7 @@
 #include "ovk_eth_hw/switch_defaults.h"
 
 #include "kor_gatr.h"
+#include "kor_gatr_switch.h"
 
 OVK_LOG_FILE(ovk_eth_hw, 8);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "common/frame.h"
 #include "common/op.h"
+#include "common/switch_ids.h"
 #include "kor_nvm.h"
 #include "ovk_eth_helper/log_level.h"
 #include "ovk_eth_hw/bridge_table.h"

@@ -33,6 +33,31 @@ bool take_byte_pair(const std::string &word, Value &out)
     return high && low && *high <= 0xFF && *low <= 0xFF;
 }
 
+// Six octets, as in 02:00:00:00:00:11 or with dashes.
+bool take_mac(const std::string &word, Value &out)
+{
+    constexpr std::size_t octets = 6;
+    if (word.size() != octets * 3 - 1)
+        return false;
+    for (std::size_t at = 0; at < word.size(); at += 3) {
+        const auto octet = to_number("0x" + word.substr(at, 2));
+        if (!octet || (at + 2 < word.size() && word[at + 2] != ':' && word[at + 2] != '-'))
+            return false;
+        out.number = out.number << 8 | *octet;
+    }
+    return true;
+}
+
+bool take_name(const std::string &word, Value &out)
+{
+    constexpr std::size_t longest = 31;
+    const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    const auto fits = [&](char c) { return letter(c) || (c >= '0' && c <= '9') || c == '-' || c == '_'; };
+    out.text = lower(word); // as names are found whatever their case
+    return !word.empty() && word.size() <= longest && letter(word[0]) &&
+           std::all_of(word.begin(), word.end(), fits);
+}
+
 bool take_text(const std::string &word, Value &out)
 {
     out.text = word;
@@ -44,11 +69,11 @@ auto fixed(Names names)
     return [names = std::move(names)](const Session &) { return names; };
 }
 
-Names numbered(const Words &words)
+Names numbered(const Words &words, u64 first = 0)
 {
     Names out;
     for (const std::string &word : words)
-        out.emplace_back(short_name(word), out.size());
+        out.emplace_back(short_name(word), first + out.size());
     return out;
 }
 
@@ -58,8 +83,9 @@ Names full_names(const Enumeration &enumeration)
     const std::string_view unnamed = enumeration.name(~0U);
     Names out;
     for (u32 value = enumeration.first; value < enumeration.first + span; ++value) {
-        if (enumeration.name(value) != unnamed)
-            out.emplace_back(enumeration.name(value), value);
+        const std::string_view found = enumeration.name(value);
+        if (found != unnamed && !found.ends_with("_MAX")) // which is a bound
+            out.emplace_back(found, value);
     }
     return out;
 }
@@ -77,6 +103,19 @@ Words first_of(const Names &names)
 const Enumeration exception_types{"an exception type", ovk_eth_exception_name, 1};
 const Enumeration exception_actions{"an exception action", ovk_eth_exception_action_name, 1};
 const Enumeration statuses{"a status", ovk_eth_error_name, OVK_ETHERNET_E_INVALID_EXCEPTION_TYPE};
+const Enumeration forwarding_modes{"a forwarding mode",
+                                   ovk_eth_fwd_mode_name,
+                                   OVK_ETHERNET_FWD_MODE_SWITCH_ACCESS,
+                                   {{"access", OVK_ETHERNET_FWD_MODE_SWITCH_ACCESS},
+                                    {"trunk", OVK_ETHERNET_FWD_MODE_SWITCH_TRUNK},
+                                    {"tunnel", OVK_ETHERNET_FWD_MODE_SWITCH_TUNNEL},
+                                    {"routed", OVK_ETHERNET_FWD_MODE_HIGHER_LAYER}}};
+const Enumeration rates{
+    "a rate", ovk_eth_port_rate_name, OVK_ETHERNET_SPEED_10M, {{"2.5g", OVK_ETHERNET_SPEED_2_5G}}};
+const Enumeration duplexes{"a duplex", ovk_eth_mac_duplex_name, OVK_ETHERNET_DUPLEX_HALF};
+const Enumeration pause_policies{"a policy for PAUSE frames", ovk_eth_flow_control_policy_name,
+                                 OVK_ETHERNET_FLOW_CONTROL_RESPOND};
+const Enumeration encapsulations{"an encapsulation", ovk_ethernet_encap_type_name, OVK_ETHERNET_ENCAP_DIX};
 
 std::string Enumeration::prefix() const
 {
@@ -95,7 +134,17 @@ Names Enumeration::names() const
     Names all = full_names(*this);
     for (auto &row : all)
         row.first = lower(row.first.substr(shared));
+    all.insert(all.end(), more.begin(), more.end());
     return all;
+}
+
+std::string Enumeration::text(u32 value) const
+{
+    for (const auto &row : names()) {
+        if (row.second == value)
+            return row.first;
+    }
+    return std::to_string(value);
 }
 
 Parameter number(const char *name, u64 max, u64 min)
@@ -126,9 +175,29 @@ Parameter status(const char *name, u64 min)
     return {name, what, statuses.prefix(), fixed(names), number_within(min, 0xFFFFFFFF)};
 }
 
-Parameter choice(const char *name, const Words &words)
+Parameter choice(const char *name, const Words &words, u64 first)
 {
-    return {name, join(words, " or "), {}, fixed(numbered(words))};
+    return {name, join(words, " or "), {}, fixed(numbered(words, first))};
+}
+
+Parameter on_off(const char *name)
+{
+    return choice(name, {"off", "on"});
+}
+
+Parameter word(const char *fixed)
+{
+    return choice(fixed, {fixed});
+}
+
+Parameter mac(const char *name)
+{
+    return {name, "a MAC address, as in 02:00:00:00:00:11", {}, {}, take_mac};
+}
+
+Parameter new_name(const char *name)
+{
+    return {name, "a name: a letter, then letters, digits, '-' or '_'", {}, {}, take_name};
 }
 
 Parameter byte_pair(const char *name)
@@ -194,6 +263,12 @@ Parameter key(Parameter parameter, u32 with)
     return parameter;
 }
 
+Parameter needed_key(Parameter parameter)
+{
+    parameter.keyed = true;
+    return parameter;
+}
+
 Words names_of(const Session &session, const Parameter &parameter)
 {
     return parameter.names ? first_of(parameter.names(session)) : Words();
@@ -212,6 +287,8 @@ Value read(const Session &session, const Parameter &parameter, const std::string
     out.given = true;
     if (parameter.otherwise && parameter.otherwise(word, out))
         return out;
+    if (parameter.what == parameter.name)
+        throw Wrong(quoted(word) + " stands in the place of " + quoted(parameter.name));
     const Words hints = near(brief, names_of(session, parameter));
     throw Wrong(parameter.name + ": " + quoted(word) + " isn't " + parameter.what +
                 (hints.empty() ? "" : "; near: " + join(hints)));

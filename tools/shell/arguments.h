@@ -44,18 +44,25 @@ struct Enumeration {
     const char *title; // with its article
     const char *(*name)(u32);
     u32 first;
+    Names more{}; // other words for the same values
 
-    std::string prefix() const; // what all names share
-    Names names() const;        // without it
+    std::string prefix() const;        // what all names share
+    Names names() const;               // without it
+    std::string text(u32 value) const; // the first of its names, or the number
 };
 
 extern const Enumeration exception_types;
 extern const Enumeration exception_actions;
 extern const Enumeration statuses;
+extern const Enumeration forwarding_modes;
+extern const Enumeration rates;
+extern const Enumeration duplexes;
+extern const Enumeration pause_policies;
+extern const Enumeration encapsulations;
 
 struct Parameter {
     std::string name;
-    std::string what; // what the word is to be: "a number from 0 to 7"
+    std::string what; // what the word is to be: "a number from 0 to 7"; the name itself: just that word
     std::string prefix{};
     std::function<Names(const Session &)> names{};
     std::function<bool(const std::string &, Value &)> otherwise{}; // false: the word is nothing of the kind
@@ -69,7 +76,11 @@ struct Parameter {
 Parameter number(const char *name, u64 max = 0xFFFFFFFF, u64 min = 0);
 Parameter one_of(const char *name, const Enumeration &enumeration);
 Parameter status(const char *name, u64 min = 0);
-Parameter choice(const char *name, const Words &words);
+Parameter choice(const char *name, const Words &words, u64 first = 0); // numbered from `first`
+Parameter on_off(const char *name);
+Parameter word(const char *fixed); // stands there as it is
+Parameter mac(const char *name);   // as a number, the first octet on top
+Parameter new_name(const char *name);
 Parameter byte_pair(const char *name); // hi.lo, or both as one number
 Parameter queue(const char *name);     // a handle; q0 to q15 are those that the platform gave out
 Parameter interface(const char *name); // only what the session knows: a made-up handle would be read
@@ -80,6 +91,7 @@ Parameter rest(const char *name, const char *what);
 
 Parameter optional(Parameter parameter);
 Parameter key(Parameter parameter, u32 with = 0);
+Parameter needed_key(Parameter parameter);
 
 // The parameter's names, for completion; empty when it has none.
 Words names_of(const Session &session, const Parameter &parameter);
@@ -91,7 +103,11 @@ Value read(const Session &session, const Parameter &parameter, const std::string
 class Arguments {
   public:
     bool given(const std::string &name) const { return values_.at(name).given; }
-    u32 number(const std::string &name) const { return static_cast<u32>(values_.at(name).number); }
+    u64 wide(const std::string &name) const { return values_.at(name).number; }
+    u32 number(const std::string &name, u32 otherwise = 0) const
+    {
+        return given(name) ? static_cast<u32>(wide(name)) : otherwise;
+    }
     const std::string &text(const std::string &name) const { return values_.at(name).text; }
     const Words &words(const std::string &name) const { return values_.at(name).words; }
     Value &operator[](const std::string &name) { return values_[name]; }

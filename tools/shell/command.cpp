@@ -88,7 +88,8 @@ std::vector<const Command *> all_commands()
 {
     std::vector<const Command *> out;
     for (const Commands *rows :
-         {&module_commands(), &show_commands(), &simulator_commands(), &shell_commands()}) {
+         {&module_commands(), &interface_commands(), &counter_commands(), &show_commands(),
+          &port_show_commands(), &simulator_commands(), &shell_commands()}) {
         for (const Command &row : *rows)
             out.push_back(&row);
     }
@@ -152,6 +153,10 @@ Arguments take_arguments(const Session &session, const Command &command, const W
             throw Wrong(parameter->name + "= goes only with " + condition(*parameter, enumeration));
         out[parameter->name] = read(session, *parameter, word->substr(parameter->name.size() + 1));
     }
+    for (const Parameter &parameter : command.parameters) {
+        if (parameter.keyed && parameter.needed && !out.given(parameter.name))
+            throw Wrong(parameter.name + "= is missing: " + parameter.what);
+    }
     return out;
 }
 
@@ -168,6 +173,8 @@ void explain(const Command &command)
     std::printf("usage: %s\n%s\n", usage(command).c_str(), command.help.c_str());
     const Enumeration *enumeration = nullptr;
     for (const Parameter &parameter : command.parameters) {
+        if (parameter.what == parameter.name)
+            continue;
         const std::string with = condition(parameter, enumeration);
         std::printf("  %s: %s%s\n", parameter.name.c_str(), parameter.what.c_str(),
                     with.empty() ? "" : ("; only with " + with).c_str());

@@ -32,7 +32,10 @@ struct Command {
 
 using Commands = std::vector<Command>;
 const Commands &module_commands();
+const Commands &interface_commands();
+const Commands &counter_commands();
 const Commands &show_commands();
+const Commands &port_show_commands();
 const Commands &simulator_commands();
 const Commands &shell_commands();
 

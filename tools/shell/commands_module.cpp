@@ -51,8 +51,12 @@ void init(Session &s, const Arguments &a)
         module->log_mask = a.number("LEVEL");
     }
     const bool was_up = module->module_object;
-    if (s.call(&Calls::ovk_ethernet_init) == 0 && !was_up)
-        s.trees = tree_uses(s.last_calls(), sim::trees(s.host.rte()));
+    if (s.call(&Calls::ovk_ethernet_init) != 0 || was_up)
+        return;
+    Words trees = sim::trees(s.host.rte());
+    const Words sets = sim::ordered_sets(s.host.rte()); // which stand among them
+    trees.insert(trees.end(), sets.begin(), sets.end());
+    s.trees = tree_uses(s.last_calls(), trees);
 }
 
 // As a host does it: through the service record, which leads to the code that was loaded last.
@@ -61,8 +65,16 @@ void shutdown(Session &s, const Arguments &)
     const auto record = s.host.service_record();
     const auto call =
         record && record->shutdown ? record->shutdown : s.library.calls().ovk_ethernet_shutdown;
-    if (s.call(call) == 0)
-        s.trees.clear();
+    s.call(call);
+    if (s.host.module()->module_object)
+        return;
+    s.trees.clear();
+    // What lives on of them belongs to no module: a later one would trip over their records.
+    for (const auto &[name, interface] : s.interfaces) {
+        if (!interface.dead)
+            std::printf("%s was still there; its name is forgotten\n", name.c_str());
+    }
+    s.interfaces.clear();
 }
 
 // A copy of a file, for as long as the object lives.

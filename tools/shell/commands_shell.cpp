@@ -14,17 +14,19 @@ void help(Session &, const Arguments &a)
 {
     Words words = a.words("COMMAND");
     Table table({"command", "what it does"});
-    u32 listed = 0;
+    Words listed;
     for (const Command *command : all_commands()) {
-        if (words.empty() || (words.size() == 1 && command->name.starts_with(words[0] + " "))) {
+        if (words.empty() || (words.size() == 1 && (command->name + " ").starts_with(words[0] + " "))) {
             table.add({command->name, command->help});
-            ++listed;
+            listed.push_back(command->name);
         }
     }
-    if (listed == 0)
-        explain(find_command(words));
-    else
+    if (listed.size() > 1)
         table.print();
+    else if (!listed.empty())
+        words = split(listed[0]);
+    if (listed.size() < 2 || listed[0] == join(words, " "))
+        explain(find_command(words));
     if (a.words("COMMAND").empty())
         std::puts("'help COMMAND' tells more. '!' before a call wants it to fail; '#' begins a comment.");
 }

@@ -47,10 +47,7 @@ void show_tree(Session &s, const Arguments &a)
     for (const sim::Rule &rule : rules)
         table.add({rule.key.text(), sim::action_text(s.host.rte(), rule.action) +
                                         (rule.hole ? " (left by a removed rule)" : "")});
-    if (rules.empty())
-        std::puts("no rules");
-    else
-        table.print();
+    table.print("no rules");
 }
 
 // "2:2" or "0x48:8": a value and its bits.

@@ -18,7 +18,42 @@
     CALL(ovk_ethernet_log_enable)                                                                          \
     CALL(ovk_ethernet_log_disable)                                                                         \
     CALL(ovk_ethernet_sys_log)                                                                             \
-    CALL(ovk_ethernet_exception_configure)
+    CALL(ovk_ethernet_exception_configure)                                                                 \
+    CALL(ovk_ethernet_interface_create)                                                                    \
+    CALL(ovk_ethernet_interface_delete)                                                                    \
+    CALL(ovk_ethernet_port_attributes_override)                                                            \
+    CALL(ovk_ethernet_port_number_get)                                                                     \
+    CALL(ovk_ethernet_interface_handle_get)                                                                \
+    CALL(ovk_ethernet_interface_id_get)                                                                    \
+    CALL(ovk_ethernet_promiscuous_mode)                                                                    \
+    CALL(ovk_ethernet_flow_filter)                                                                         \
+    CALL(ovk_ethernet_recv_mac_add)                                                                        \
+    CALL(ovk_ethernet_recv_mac_del)                                                                        \
+    CALL(ovk_ethernet_output_rate_set)                                                                     \
+    CALL(ovk_ethernet_interface_tx)                                                                        \
+    CALL(ovk_ethernet_interface_rx)                                                                        \
+    CALL(ovk_ethernet_interface_duplex)                                                                    \
+    CALL(ovk_ethernet_interface_autoneg)                                                                   \
+    CALL(ovk_ethernet_autoneg_force)                                                                       \
+    CALL(ovk_ethernet_mac_channel_get)                                                                     \
+    CALL(ovk_ethernet_port_status_get)                                                                     \
+    CALL(ovk_ethernet_flow_control)                                                                        \
+    CALL(ovk_ethernet_port_loopback)                                                                       \
+    CALL(ovk_ethernet_pcp_to_task_pri_map)                                                                 \
+    CALL(ovk_ethernet_vlan_id_add)                                                                         \
+    CALL(ovk_ethernet_vlan_id_del)                                                                         \
+    CALL(ovk_ethernet_port_egress_vlan_config)                                                             \
+    CALL(ovk_ethernet_port_egress_vlan_config_del)                                                         \
+    CALL(ovk_ethernet_mac_aging_timer_config)                                                              \
+    CALL(ovk_ethernet_port_statistics_get)                                                                 \
+    CALL(ovk_ethernet_l2_interface_statistics_get)                                                         \
+    CALL(ovk_ethernet_interface_statistics_get)                                                            \
+    CALL(ovk_ethernet_global_statistics_get)                                                               \
+    CALL(ovk_ethernet_report_crcerror)                                                                     \
+    CALL(ovk_ethernet_port_stats_print)                                                                    \
+    CALL(ovk_ethernet_if_stats_print)                                                                      \
+    CALL(ovk_ethernet_global_stats_print)                                                                  \
+    CALL(ovk_ethernet_l2_interface_statistics_print)
 
 namespace shell {
 

@@ -48,6 +48,7 @@ void start_editor(Session &session)
     rl_attempted_completion_function = completions;
     static char blanks[] = " \t";
     rl_completer_word_break_characters = blanks;
+    rl_basic_word_break_characters = blanks; // the one that the editor looks at
     using_history();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "session.h"
 
+#include "command.h"
 #include "ovk_eth_helper/names.h"
 #include "ovk_sys.h"
 
@@ -38,7 +39,24 @@ std::string Session::status_text(u32 status)
 ovk_ethernet_if_handle Session::interface(const std::string &name) const
 {
     const auto at = interfaces.find(name);
-    return at == interfaces.end() ? nullptr : at->second;
+    return at == interfaces.end() ? nullptr : at->second.handle;
+}
+
+u32 Session::channel(const std::string &name) const
+{
+    const auto at = interfaces.find(name);
+    if (at == interfaces.end())
+        throw Failure("the null handle is no port");
+    return sim::channel_of(at->second.number).value();
+}
+
+std::string Session::name_of(ovk_ethernet_if_handle handle) const
+{
+    for (const auto &[name, interface] : interfaces) {
+        if (interface.handle == handle && !interface.dead)
+            return name;
+    }
+    return {};
 }
 
 std::string short_name(std::string_view name)

@@ -25,6 +25,14 @@ struct TreeUse {
     bool database;
 };
 
+// A handle that the library gave, or has taken back: a dead one may still be tried.
+struct Interface {
+    ovk_ethernet_if_handle handle = nullptr;
+    u32 number = 0; // of its port
+    u32 mode = 0;   // ovk_ethernet_fwd_mode
+    bool dead = false;
+};
+
 class Session {
   public:
     explicit Session(const std::string &library_file) : library(library_file), origin(library.path()) {}
@@ -48,6 +56,12 @@ class Session {
     // A handle by the name that interface arguments have; "0" or none is the null handle.
     ovk_ethernet_if_handle interface(const std::string &name) const;
 
+    // The MAC channel of a name's port; the null handle has none: throws.
+    u32 channel(const std::string &name) const;
+
+    // The name of a handle that lives; empty when it has none.
+    std::string name_of(ovk_ethernet_if_handle handle) const;
+
     // Platform calls of the last library call, whether the journal is on or not.
     const Words &last_calls() const { return last_calls_; }
 
@@ -55,8 +69,8 @@ class Session {
     Library library;
     std::string origin; // the library file that reloads copy
     std::vector<Library> retired;
-    std::map<std::string, ovk_ethernet_if_handle> interfaces;
-    std::map<std::string, TreeUse> trees; // by short name
+    std::map<std::string, Interface> interfaces; // by name, for as long as the module is up
+    std::map<std::string, TreeUse> trees;        // by short name
     Words journal;
     bool journal_on = false;
     u32 calls_made = 0;

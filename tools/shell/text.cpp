@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdarg>
 #include <cstdio>
 #include <numeric>
 
@@ -78,6 +79,16 @@ std::string quoted(std::string_view text)
     return out + (text.size() > longest_shown ? "'..." : "'");
 }
 
+std::string format(const char *format, ...)
+{
+    char out[256];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(out, sizeof out, format, arguments);
+    va_end(arguments);
+    return out;
+}
+
 std::optional<u64> to_number(std::string_view text)
 {
     const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
@@ -110,8 +121,12 @@ Words near(std::string_view word, const Words &names)
     return out;
 }
 
-void Table::print() const
+void Table::print(const char *without_rows) const
 {
+    if (rows_.size() == 1) {
+        std::puts(without_rows);
+        return;
+    }
     std::vector<std::size_t> widths;
     for (const Words &row : rows_) {
         widths.resize(std::max(widths.size(), row.size()));

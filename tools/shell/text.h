@@ -22,6 +22,9 @@ bool same(std::string_view a, std::string_view b); // whatever the case
 // In quotes, fit for a terminal: control bytes as escapes, a long text cut.
 std::string quoted(std::string_view text);
 
+// As printf would put it.
+std::string format(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
 // Decimal, or hexadecimal behind 0x. Nothing else: no sign, no blanks, no overflow.
 std::optional<u64> to_number(std::string_view text);
 
@@ -33,7 +36,8 @@ class Table {
   public:
     explicit Table(Words head) { add(std::move(head)); }
     void add(Words row) { rows_.push_back(std::move(row)); }
-    void print() const;
+    // Says `without_rows` instead of a head alone.
+    void print(const char *without_rows = "") const;
 
   private:
     std::vector<Words> rows_;

@@ -1,0 +1,379 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "support.h"
+
+#include "ovk_eth_hw/port_rules.h"
+#include "ovk_eth_hw/port_setup.h"
+
+namespace {
+
+using handle = ovk_ethernet_if_handle;
+using test::hex;
+using test::Lines;
+using test::printed;
+
+constexpr u32 number = 0x11; // index 6 in the switch
+constexpr u32 access_mode = 1, trunk = 2, tunnel = 3, routed = 4, static_mode = 5;
+
+std::string replaced(const std::string &text, const std::string &pattern, const std::string &by)
+{
+    return std::regex_replace(text, std::regex(pattern), by);
+}
+
+// Steps, and facts of an image, each on a line of its own.
+std::string apart(const std::string &text)
+{
+    return replaced(text, "\\s+(?=\\w+\\(|\\+|$)", "\n");
+}
+
+class Interface : public test::InterfaceTest {
+  protected:
+    u32 create(const ovk_ethernet_intf_attrs &attrs)
+    {
+        return ovk_ethernet_interface_create(module(), &attrs, &port_);
+    }
+    u32 remove() { return ovk_ethernet_interface_delete(module(), port_); }
+
+    // With names for handle, id of counters and size of the port's record.
+    std::string named(std::string text)
+    {
+        text = replaced(text, hex(port_), "HANDLE");
+        text = replaced(text, printed("0x0*%x", port_->stats_ns_id), "NS");
+        return replaced(text, printed("(0x%zx|block \\d+ of %zu)\\)", sizeof *port_, sizeof *port_),
+                        "record)");
+    }
+    // What a call does, but for patterns, locks, traces and plain reads. Long records are left out.
+    template <class Call>
+    std::string steps_of(Call call)
+    {
+        const std::regex other("^(ovk_lttng|ovk_ptn|ovk_sys_(sem|mac)|kor_sem|.*_get\\()");
+        const char *const noise = "0x7e000001(, )?|(kor_|switch_bridge_)(gatr_)?|ovk_ethernet\\.| w\\d+|"
+                                  "block \\d+ of |[0-9a-f]{49,}";
+        std::string steps;
+        sim::journal_on(true);
+        sim::journal::clear();
+        EXPECT_EQ(call(), 0u);
+        for (const std::string &entry : sim::journal::entries())
+            steps += std::regex_search(entry, other) ? "" : entry + '\n';
+        return replaced(replaced(named(steps), noise, ""), "no data l0", "-");
+    }
+    // What the classifier finds: for the port, for a frame to all, to it, and to someone else.
+    std::string answers()
+    {
+        const u64 own = 0x020000000011;
+        const u32 ns_id = port_ != nullptr ? port_->stats_ns_id : 0;
+        std::string out;
+        for (const auto &[tree, key] : std::vector<std::pair<const char *, std::vector<sim::Field>>>{
+                 {"Map_Input_Port_NameSpace_Id", {{6, 8}}},
+                 {"Map_Output_Port_NameSpace_Id", {{number, 8}}},
+                 {"Convert_DestMapIndex_To_Output_Port", {{7, 6}}},
+                 {"Map_Intf_NameSpace_Id", {{number, 20}}},
+                 {"Map_NameSpace_Intf_Id", {{ns_id, 24}}},
+                 {"Validate_destMAC", {{number, 8}, {0xffffffffffff, 48}}},
+                 {"Validate_destMAC", {{number, 8}, {own, 48}}},
+                 {"Validate_destMAC", {{number, 8}, {own + 1, 48}}},
+                 {"Lookup_destMAC", {{own, 48}}},
+                 {"Lookup_Static_Port_Map_Tree", {{number, 8}}}})
+            out += answer(tree, key) + '|';
+        const auto hit = sim::association_match(host().rte(), "Ethernet_Association", number,
+                                                {{0x0800, 24}, {own, 48}, {1, 48}, {5, 12}, {1, 3}});
+        const auto to_cpu = sim::demux(host().rte());
+        return out + (hit ? sim::action_text(host().rte(), hit->action) : "no list") +
+               printed("|demux %zu", to_cpu.count(number));
+    }
+    handle port_ = nullptr;
+};
+
+constexpr char create_steps[] =
+    R"(nvm_calloc(0x1, record) nvm_calloc(0x1000, 0x8) ovk_sys_interface_id_alloc()
+se_state_set(NS, 0x0, )
+ptn_learn(Map_Input_Port_NameSpace_Id, 0x06/8, data NS 0x20#11)
+ptn_learn(Map_Output_Port_NameSpace_Id, 0x11/8, data NS 0x30#11)
+ptn_learn(Convert_DestMapIndex_To_Output_Port, 0x07/6, value 0x11)
+ptn_learn(Map_Intf_NameSpace_Id, 0x00011/20, value NS) ptn_learn(Map_NameSpace_Intf_Id, NS/24, value 0x11)
+tag_config_set(0x11, 0x10, 0xc, 0x1106) tag_enable_set(0x11, 0x1) port_lport_set(0x11, 0x6)
+port_vp_set(0x11, 0x0, "PIPELINE", 000000000000000004000000)
+port_vp_set(0x11, 0x1, "PIPELINE", 040404040404040404000000) qinq_set(0x11, 0x1)
+crc_set(0x11, 0x1, 0x0, 0x1) unicast_filter_enable(0x11, 0x0) broadcast_filter_set(0x11, 0x0) MODE
+mac_speed_duplex_set(0x11, 0x2, 0x2) mac_speed_duplex_set(0x11, 0x2, 0x1)
+port_enable_set(0x11, 0x1, 0x0) port_enable_set(0x11, 0x1, 0x1) mac_addr_set(0x11, 020000000011)
+ptn_learn(Validate_destMAC, 0x11ffffffffffff/56, value 0x2)
+ptn_learn(Validate_destMAC, 0x11020000000011/56, value 0x4)
+unicast_filter_set(0x11, 0x0, 020000000011, 020000000011, 020000000011)
+ptn_learn(Lookup_destMAC, 0x020000000011/48, value 0x111)
+ptn_otreeset_append(Ethernet_Association, [0x11/8, -, -, -, -, -], function No_Ethernet_Association)
+ptn_otreeset_build(Ethernet_Association, [0x11/8])
+vp_flow_data_write(0x56500000, 0x0, 0x11, 000000000000000000000002110008)
+vp_flow_data_write(0x56500000, 0x1, 0x111, 000000000000000000000002110008)
+se_state_set(0xd0fe2a, 0x0, 0200000000110001) ovk_sif_netDriver_demux_add(0x100f, 0x11)
+)";
+constexpr char trunk_enters[] = R"(
+port_ingress_options_set(0x11, 010100000100000000000000000000000000000001010000)
+port_ingress_parsing_options_set(0x11, 808182010185868788898a8b018d8e8f) unknown_multicast_set(0x11, 0xc9)
+switch_acl_port_cfg_set(0x11, ) switch_acl_build()
+destination_vps_set(0x7, 0x400040, 0x0) source_port_vps_set(0x11, 0x40, 0x0)
+port_learn_attrs_set(0x11, 0x1, 80818283840101010001)
+port_attrs_set(0x11, 808182838485868788898a018c8d8e8f009192933e000000)
+port_attrs_set(0x11, 808182838485868788898a018c8d8e8f019192933e000000) port_ingress_vlan_set(0x11, 0xfff, 0x1))";
+constexpr char routed_enters[] = R"(
+port_ingress_options_set(0x11, 010100000000000000000000000000000000000001010000)
+port_ingress_parsing_options_set(0x11, 808182010185868788898a8b018d8e8f) unknown_multicast_set(0x11, 0xc9)
+switch_acl_port_cfg_set(0x11, ) switch_acl_build()
+port_learn_attrs_set(0x11, 0x0, 80818283840101010001)
+port_attrs_set(0x11, 808182838485868788898a018c8d8e8f009192933e000000)
+port_attrs_set(0x11, 808182838485868788898a018c8d8e8f009192933e000000) port_ingress_vlan_set(0x11, 0xfff, 0x1))";
+
+constexpr char delete_steps[] = R"(nvm_free(32768) ovk_sys_interface_id_free(NS)
+ptn_unlearn(Map_Input_Port_NameSpace_Id, 0x06/8, 0x8, function No_NS_Id_for_port)
+ptn_unlearn(Map_Output_Port_NameSpace_Id, 0x11/8, 0x8, function No_NS_Id_for_port) MODE
+ptn_unlearn(Convert_DestMapIndex_To_Output_Port, 0x07/6, 0x6, value 0x0)
+ptn_unlearn(Map_Intf_NameSpace_Id, 0x00011/20, 0x14, function No_NS_Id_for_sub_interface)
+ptn_unlearn(Map_NameSpace_Intf_Id, NS/24, 0x18, function Unknown_NS_Id)
+vp_flow_data_write(0x56500000, 0x0, 0x11, ) vp_flow_data_write(0x56500000, 0x1, 0x111, )
+se_state_set(0x11, 0x0, 0000000000000000) port_enable_set(0x11, 0x0, 0x1) port_enable_set(0x11, 0x0, 0x0)
+ptn_unlearn(Validate_destMAC, 0x11ffffffffffff/56, 0x38, value 0x0)
+ptn_unlearn(Validate_destMAC, 0x11020000000011/56, 0x38, value 0x0)
+ptn_unlearn(Lookup_destMAC, 0x020000000011/48, 0x30, value 0x0)
+ptn_otreeset_clear(Ethernet_Association, [0x11/8]) ptn_otreeset_build(Ethernet_Association, [0x11/8]) LAST
+ovk_sif_netDriver_demux_remove(0x100f, 0x11) nvm_free(record)
+)";
+constexpr char trunk_leaves[] = R"(destination_vps_set(0x7, 0x0, 0x0) source_port_vps_set(0x11, 0x0, 0x0)
+port_learn_attrs_set(0x11, 0x0, 80818283840101010001)
+port_attrs_set(0x11, 808182838485868788898a018c8d8e8f019192933e000000)
+port_attrs_set(0x11, 808182838485868788898a018c8d8e8f009192933e000000)
+port_ingress_options_set(0x11, 000100000000000000000000000000000000000001010000)
+port_ingress_vlan_rem(0x11, 0xfff))";
+constexpr char routed_leaves[] = R"(
+port_ingress_options_set(0x11, 000100000000000000000000000000000000000001010000)
+port_ingress_vlan_rem(0x11, 0xfff))";
+constexpr char static_leaves[] =
+    "ptn_unlearn(Lookup_Static_Port_Map_Tree, 0x11/8, 0x8, function Ethernet_No_Static_Fwd)";
+
+constexpr char in_service[] =
+    "data NS 0x20#11|data NS 0x30#11|value 0x11|value NS|value 0x11|value 0x2|value 0x4|"
+    "value 0x0|value 0x111|STATIC|function ovk_ethernet.No_Ethernet_Association|demux 1";
+
+// What a deleted port leaves of itself; in braces what only one does that was in the switch.
+constexpr char left_over[] =
+    R"(+ broadcast_filter = 0x0 + crc = append 0x1 check 0x0 strip 0x1 + duplex = 0x1
+{+ ingress_options = 000100000000000000000000000000000000000001010000 }+ mac = 020000000011
+{+ parsing_options = 808182010185868788898a8b018d8e8f }+ qinq = 0x1 + speed = 0x2 + tag_enable = 0x1
++ tag_msb = 0x1106 + tagged_pipeline = "PIPELINE" 040404040404040404000000 + unicast_filter = 0x0
++ unicast_mac[0] = 020000000011 + unicast_mac[1] = 020000000011 + unicast_mac[2] = 020000000011
++ untagged_pipeline = "PIPELINE" 000000000000000004000000 + state 0xd0fe2a = 0200000000110001
+{+ acl = ACL + acl_in_force = ACL + bridge_attrs = 808182838485868788898a018c8d8e8f009192933e000000
++ learn_attrs = 80818283840101010001 }+ logical_port = 0x6 {+ unknown_multicast = 0xc9 })";
+
+TEST_F(Interface, EachModeHasItsStepsAndDeleteLeavesTheAdaptersSettings)
+{
+    const std::string acl = test::numbered(
+        100, {{56, 1}, {57, 0}, {58, 0}, {59, 0}, {60, 1}, {61, 0}, {62, 0}, {63, 0}, {98, 3}, {99, 0}});
+    const std::string none = "function ovk_ethernet.Ethernet_No_Static_Fwd";
+    const struct {
+        u32 mode;
+        std::string partner, enters, leaves, leaves_last;
+    } rows[] = {{access_mode, none, "", "", ""},
+                {trunk, none, trunk_enters, trunk_leaves, ""},
+                {tunnel, none, "", "", ""},
+                {routed, none, routed_enters, routed_leaves, ""},
+                {static_mode, "value 0x21", "", "", static_leaves}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.mode);
+        start_over();
+        ASSERT_EQ(ovk_ethernet_init(module()), 0u);
+        port_ = nullptr;
+        const char *const pipeline =
+            row.mode == routed ? "ethernet_hsw_higher_layer_forward" : "ethernet_static_forwarding";
+        const auto filled = [&](const std::string &text) {
+            return replaced(replaced(text, "#", std::to_string(row.mode)), "PIPELINE", pipeline);
+        };
+        const std::string unknown = answers();
+        ovk_ethernet_intf_attrs attrs = test::port_attrs(number, row.mode);
+        attrs.output_rate = OVK_ETHERNET_SPEED_100M;
+        attrs.full_duplex = 0;
+        attrs.encap_type = OVK_ETHERNET_ENCAP_LLC_SNAP;
+        const std::string before = host().image();
+        EXPECT_EQ(steps_of([&] { return create(attrs); }),
+                  apart(replaced(filled(create_steps), "MODE", row.enters)));
+        handle owner = nullptr;
+        EXPECT_EQ(ovk_ethernet_interface_handle_get(module(), number, &owner), 0u);
+        EXPECT_EQ(owner, port_);
+        EXPECT_EQ(ovk_eth_setup_static_port(module(), row.mode == static_mode ? 1 : 2, number, 0x21), 0u);
+        EXPECT_EQ(named(answers()), filled(replaced(in_service, "STATIC", row.partner)));
+
+        const std::string steps = replaced(delete_steps, "MODE", row.leaves);
+        EXPECT_EQ(steps_of([&] { return remove(); }), apart(replaced(steps, "LAST", row.leaves_last)));
+        EXPECT_EQ(answers(), unknown);
+        EXPECT_EQ(ovk_ethernet_interface_handle_get(module(), number, &owner), 0x2000028u);
+        std::string left;
+        for (const std::string &fact : sim::image_diff(before, host().image()))
+            left += replaced(fact, "(switch_)?port GMAC17 ", "") + ' ';
+        const std::string kept =
+            replaced(filled(left_over), !row.leaves.empty() ? "[{}]" : "\\{[^}]*\\}", "");
+        EXPECT_EQ(apart(left), apart(replaced(kept, "ACL", acl)));
+    }
+}
+
+TEST_F(Interface, SomePortsAndSomeHostsKeepTheirMac)
+{
+    const struct {
+        u32 number, override;
+        size_t speed, enable, statistics; // calls at create; at delete as many enables
+    } rows[] = {{0, 0, 0, 4, 1}, {1, 0, 2, 4, 1}, {0x13, 0x100, 2, 4, 1}, {0x70, 0x101, 0, 0, 0}};
+    std::vector<u8> cleared(300, 0xee);
+    std::fill_n(cleared.begin(), 256, 0);
+    sim::journal_on(true);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.number);
+        const u32 channel = *sim::channel_of(row.number);
+        u32 id = 0; // of counters, the one that comes next
+        EXPECT_EQ(ovk_sys_interface_id_alloc(host().parent(), &id), 0u);
+        EXPECT_EQ(ovk_sys_interface_id_free(host().parent(), id), 0u);
+        sim::state_put(host().rte(), id, 0, std::vector<u8>(300, 0xee));
+        sim::mac_counters_set(host().rte(), channel, {7}, {8});
+        EXPECT_EQ(ovk_ethernet_port_attributes_override(module(), row.override), 0u);
+        ovk_ethernet_intf_attrs attrs = test::port_attrs(row.number, access_mode);
+        attrs.output_rate *= row.statistics; // 0: none
+
+        const auto calls = [](const char *prefix) { return sim::journal::ops(prefix).size(); };
+        sim::journal::clear();
+        EXPECT_EQ(create(attrs), 0u);
+        EXPECT_EQ(calls("kor_mac_speed"), row.speed);
+        EXPECT_EQ(calls("kor_gatr_port_enable"), row.enable);
+        EXPECT_EQ(calls("kor_gatr_mac_addr_set"), 1u);
+        EXPECT_EQ(sim::port(host().rte(), channel).rx_counters[0], row.statistics != 0 ? 0u : 8u);
+        EXPECT_EQ(sim::state(host().rte(), id, 300), cleared);
+        EXPECT_EQ(remove(), 0u);
+        EXPECT_EQ(calls("kor_gatr_port_enable"), row.enable * 2);
+    }
+}
+
+TEST_F(Interface, AllPortsComeAndGo)
+{
+    const std::string before = host().image();
+    const size_t memory = sim::heap::live_bytes();
+    std::vector<std::string> left;
+    for (u32 round = 0; round < 2; round++) {
+        std::vector<handle> ports;
+        for (u32 port = 0; port < 0x80; port++)
+            if (create(test::port_attrs(port, 1 + port % 5)) == 0)
+                ports.push_back(port_);
+        EXPECT_EQ(sim::ids_in_use(host().rte(), "interface_ids").size(), 22u);
+        for (handle port : ports)
+            EXPECT_EQ(ovk_ethernet_interface_delete(module(), port), 0u);
+        EXPECT_EQ(sim::heap::live_bytes(), memory);
+        for (const std::string &fact : sim::image_diff(before, host().image()))
+            EXPECT_TRUE(std::regex_search(fact, std::regex("^\\+ (port|switch_port|state 0xd0fe)")))
+                << fact;
+        left.push_back(host().image());
+    }
+    EXPECT_EQ(left[0], left[1]);
+}
+
+TEST_F(Interface, TellsOfIdsAndOfTheAdapter)
+{
+    EXPECT_EQ(ovk_ethernet_port_attributes_override(module(), 1), 0u);
+    const std::string text =
+        told(0x2f, [&] { return create(test::port_attrs(number, access_mode)) + remove(); });
+    EXPECT_EQ(named(replaced(text, " MAC Channel KOR_GMAC17\n", "\n")),
+              R"(info] Assigned internal interface ID 0x0011
+info] Allocated Stats NS ID NS for if_num 0x0011
+hw] Configuring TAG MSB with 4358 for
+hw] Configuring tag_msb(0x1106), start(12)/stop(16) offset for
+hw] Configuring the default virtual pipeline ethernet_static_forwarding
+hw] Configuring MAC Channel KOR_GMAC17 with VLAN ethType 0x8100 & 0x8100
+hw] Enabling Q-in-Q for
+hw] Enabling Append-good-CRC and strip-CRC for
+hw] Disabling Unicast filtering for
+hw] Disabling broadcast filtering for
+hw] Setting srcMAC 02-00-00-00-00-11 of
+hw] Adding MAC addresses 02-00-00-00-00-11, 02-00-00-00-00-11, 02-00-00-00-00-11 in the Unicast Filter operating )"
+              R"(in Promiscuous mode for
+info] Created Interface HANDLE
+info] Freed Stats NS ID NS for the interface 17
+info] Deleted interface HANDLE
+)");
+}
+
+TEST_F(Interface, RefusalsChangeNothing)
+{
+    const ovk_ethernet_intf_attrs attrs = test::port_attrs(number, trunk);
+    const handle untouched = reinterpret_cast<handle>(4);
+    port_ = untouched;
+    expect([&] { return ovk_ethernet_interface_create(module(), nullptr, &port_); }, 8,
+           "Null Interface Attribute Pointer");
+    EXPECT_EQ(port_, untouched);
+    expect([&] { return ovk_ethernet_interface_create(module(), &attrs, nullptr); }, 8,
+           "Null Interface Handle Pointer");
+
+    const handle first = test::make_port(module(), number, trunk);
+    test::HandMadeAggregate aggr(module(), 0, trunk, {first});
+    ovk_eth_intf vlan = {}, impostor = *first;
+    vlan.if_magic = OVK_ETH_IF_MAGIC;
+    vlan.if_type = INTERFACE_TYPE_VLAN;
+    const std::string before = host().image();
+    const auto refuse = [&](handle of, u32 status, const std::string &cause) {
+        expect([&] { return ovk_ethernet_interface_delete(module(), of); }, status,
+               cause + "|Failed to delete interface " + hex(of));
+    };
+    expect([&] { return create(attrs); }, 0x2000027,
+           "Interface handle for specified port already exsits: " + hex(first) +
+               "|Failed to create interface");
+    EXPECT_EQ(port_, nullptr);
+    refuse(nullptr, 0x2000003, "Invalid Interface handle 0x00000000");
+    refuse(&vlan, 0x200001e, "Incompatible Interface type INTERFACE_TYPE_VLAN");
+    refuse(aggr.handle(), 0x200001e, "Incompatible Interface type INTERFACE_TYPE_AGGR");
+    refuse(&impostor, 0x2000025, "Invalid state for Interface " + hex(&impostor));
+    EXPECT_EQ(host().image(), before);
+
+    EXPECT_EQ(ovk_ethernet_interface_delete(module(), first), 0u); // a member goes like any other
+    refuse(first, 0x2000003, "Invalid Interface handle " + hex(first));
+    EXPECT_EQ(first->if_guard, 0u);
+    EXPECT_EQ(first->eth_handle, nullptr);
+    EXPECT_EQ(create(attrs), 0u);
+}
+
+TEST_F(Interface, FailedDeleteStopsAndKeepsTheRecord)
+{
+    const std::pair<const char *, std::string> rows[] = {
+        {"ovk_sys_interface_id_free", "Failed to free Stats NS ID for interface "},
+        {"ovk_sif_netDriver_demux_remove", "Failed to program demux tree: injected fault"},
+        {"kor_gatr_port_enable_set",
+         "RTE Error: injected fault, Failed to set the GATR port admin status"}};
+    for (u32 index = 0; index < 3; index++) {
+        const u32 port = number + index;
+        EXPECT_EQ(create(test::port_attrs(port, trunk)), 0u);
+        sim::faults::fail(rows[index].first);
+        expect([&] { return remove(); }, sim::status_injected,
+               rows[index].second + (index == 0 ? "17" : "") + "|Failed to delete interface " + hex(port_));
+        EXPECT_EQ(ovk::object_of(module()).port_owner_table[port], port_);
+        EXPECT_EQ(sim::port(host().rte(), port).tx, index == 0 ? 1u : 0u); // also where the receiver failed
+    }
+    EXPECT_EQ(create(test::port_attrs(0x14, trunk)), 0u);
+    sim::faults::fail_always("kor_gatr_port_enable_set");
+    EXPECT_EQ(remove(), 2 * sim::status_injected);
+}
+
+TEST_F(Interface, WritersTakePrefixesAggregatesAndTwoPipelines)
+{
+    const auto received = [&](u64 mac) { return answer("Validate_destMAC", {{0x21, 8}, {mac, 48}}); };
+    EXPECT_EQ(ovk_eth_recv_mac(module(), 1, 0x21, {{0x01, 0x5f, 0xff}, 12}, 2), 0u); // 01-5
+    EXPECT_EQ(ovk_eth_recv_mac(module(), 1, 0x21, {{0x01, 0x5f, 0xff}, 0}, 4), 0u);
+    EXPECT_EQ(received(0x015000000000) + received(0x015fffffffff), "value 0x2value 0x2");
+    EXPECT_EQ(received(0x014fffffffff) + received(0x016000000000), "value 0x4value 0x4");
+    const u8 mac[6] = {0x02};
+    EXPECT_EQ(ovk_eth_mac_addr(module(), 1, mac, 0), 0u);
+    EXPECT_EQ(answer("Lookup_destMAC", {{0x020000000000, 48}}), "value 0x100"); // port 0 isn't none
+
+    for (const u32 index : {21u, 22u, 0xffu}) {
+        EXPECT_EQ(ovk_eth_link_tag_msb(module(), 0x70, index, nullptr, nullptr), 0u);
+        EXPECT_EQ(sim::port(host().rte(), 0x70).tag.msb, 0x7000 | index);
+        EXPECT_EQ(sim::switch_port(host().rte(), 0x70).logical_port, 21u);
+    }
+    EXPECT_EQ(
+        ovk_eth_if_owner(module(), 0x70, "ethernet_static_forwarding", "ethernet_hsw_higher_layer_forward"),
+        0u);
+    EXPECT_EQ(sim::port(host().rte(), 0x70).pipelines[0].name, "ethernet_static_forwarding");
+    EXPECT_EQ(sim::port(host().rte(), 0x70).pipelines[1].name, "ethernet_hsw_higher_layer_forward");
+}
+
+} // namespace
