@@ -192,14 +192,8 @@ TEST_F(InterfaceFault, OtherCallsHandOnTheDocumentedStatus)
         EXPECT_EQ(ovk_ethernet_vlan_id_add(module(), trunk, 0, 5), 0u);
         EXPECT_EQ(ovk_ethernet_vlan_id_add(module(), trunk_aggr, 0, 5), 0u);
     };
-    struct named_call {
-        const char *name;
-        std::function<u32(ovk_module *)> call;
-    };
-#define CALL(name, ...)                                                                                    \
-    {                                                                                                      \
-#name, [&](ovk_module * on) { return ovk_ethernet_##name(on __VA_OPT__(, ) __VA_ARGS__); }         \
-    }
+    using named_call = std::pair<const char *, std::function<u32()>>;
+#define CALL(name, ...) named_call(#name, [&] { return ovk_ethernet_##name(module() __VA_OPT__(, ) __VA_ARGS__); })
     const std::pair<std::function<void()>, std::vector<named_call>> groups[] = {
         // clang-format off
         {[] {}, {
@@ -226,9 +220,8 @@ TEST_F(InterfaceFault, OtherCallsHandOnTheDocumentedStatus)
     };
     u32 faults = 0;
     for (const auto &[prepare, calls] : groups)
-        for (const named_call &one : calls)
-            faults += sweep(
-                one.name, [&] { return one.call(module()); }, prepare, [](const auto &, bool) {});
+        for (const auto &[name, call] : calls)
+            faults += sweep(name, call, prepare, [](const auto &, bool) {});
     EXPECT_GE(faults, 500u);
 }
 
