@@ -193,7 +193,8 @@ TEST_F(InterfaceFault, OtherCallsHandOnTheDocumentedStatus)
         EXPECT_EQ(ovk_ethernet_vlan_id_add(module(), trunk_aggr, 0, 5), 0u);
     };
     using named_call = std::pair<const char *, std::function<u32()>>;
-#define CALL(name, ...) named_call(#name, [&] { return ovk_ethernet_##name(module() __VA_OPT__(, ) __VA_ARGS__); })
+#define CALL(name, ...)                                                                                    \
+    named_call(#name, [&] { return ovk_ethernet_##name(module() __VA_OPT__(, ) __VA_ARGS__); })
     const std::pair<std::function<void()>, std::vector<named_call>> groups[] = {
         // clang-format off
         {[] {}, {
