@@ -159,6 +159,21 @@ TEST_F(Association, FirstRuleOfTheListAsBuiltLastWins)
     EXPECT_GT(hits, 1000u);
 }
 
+TEST_F(Association, EachStepOnAListPrintsItsPlaceAndPattern)
+{
+    const rule_record mac = {.flags = 2, .dmac = {0x01, 0x5f}, .dmac_len = 12};
+    EXPECT_EQ(set_default(OVK_ETH_ADD, 9) + insert(9, 0, any), 0u);
+    const auto steps = [&] {
+        return insert(9, 1, mac, {.type = 6}) + remove(9, 1) + set_default(OVK_ETH_REMOVE, 9);
+    };
+    EXPECT_EQ(
+        std::regex_replace(told(0x40, steps), std::regex("ovk_ethernet.Ethernet_Association: "), ""),
+        "vptn_learn] (1) [0x09/8 w8, 0x0/0 w24, 0x015/12 w48, 0x0/0 w48, 0x0/0 w12, 0x0/0 w3] -> data 0x0 "
+        "0x500000\nvptn_build] (1) [0x09/8 w8]\nvptn_unlearn] (1) [0x09/8 w8]\nvptn_build] (1) [0x09/8 "
+        "w8]\n"
+        "vptn_clear] (0) [0x09/8 w8]\nvptn_build] (0) [0x09/8 w8]\n");
+}
+
 TEST_F(Association, RefusalsAndFailuresLeaveTheListsAsFarAsTheyCame)
 {
     const rule_record mac = {.flags = 2, .dmac_len = 48}, long_mac = {.flags = 2, .dmac_len = 56};

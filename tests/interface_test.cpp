@@ -371,11 +371,17 @@ TEST_F(Interface, WritersTakePrefixesAggregatesAndTwoPipelines)
         EXPECT_EQ(sim::port(host().rte(), 0x70).tag.msb, 0x7000 | index);
         EXPECT_EQ(sim::switch_port(host().rte(), 0x70).logical_port, 21u);
     }
-    EXPECT_EQ(
-        ovk_eth_if_owner(module(), 0x70, "ethernet_static_forwarding", "ethernet_hsw_higher_layer_forward"),
-        0u);
-    EXPECT_EQ(sim::port(host().rte(), 0x70).pipelines[0].name, "ethernet_static_forwarding");
-    EXPECT_EQ(sim::port(host().rte(), 0x70).pipelines[1].name, "ethernet_hsw_higher_layer_forward");
+    const char *const one = "ethernet_static_forwarding", *const other =
+                                                              "ethernet_hsw_higher_layer_forward";
+    const auto pipelines = [&](auto set, const char *untagged, const char *tagged) {
+        EXPECT_EQ(set(module(), 0x70, untagged, tagged), 0u);
+        const auto &[first, second] = sim::port(host().rte(), 0x70).pipelines;
+        return first.name + ' ' + second.name;
+    };
+    for (const auto set : {ovk_eth_if_owner, ovk_eth_set_gatr_port_vp}) {
+        EXPECT_EQ(pipelines(set, one, other), printed("%s %s", one, other));
+        EXPECT_EQ(pipelines(set, other, nullptr), printed("%s %s", other, other));
+    }
 }
 
 } // namespace
