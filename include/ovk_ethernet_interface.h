@@ -12,8 +12,8 @@
  *   2. Services are configured on it, by the calls of this and the other headers.
  *   3. ovk_ethernet_interface_delete(). What hangs on the interface isn't looked at: take it down before.
  *
- * A dead handle is told from a live one by a word in its record, so it may be tried for as long as its memory
- * isn't in use for something else.
+ * A dead handle is told from a live one by a word in its record, so it may be tried for as long as its
+ * memory isn't in use for something else.
  *
  * Statuses that mean the same in every call that takes an interface handle:
  *   OVK_ETHERNET_E_INVALID_IF_HANDLE   null or dead; also a port that is a member of an aggregate, where a
@@ -75,8 +75,8 @@ typedef struct ovk_ethernet_svi_data {
  *   the status of the step that failed: the system and interface modules' own, or those of kor_status.h for
  *   rules, state memory, flow data and port settings
  *
- * A failure frees the record and nothing else. Rules and settings that were made stay until a later create of
- * the port overwrites them; the VLAN table and the interface id are lost.
+ * A failure frees the record and nothing else. Rules and settings that were made stay until a later create
+ * of the port overwrites them; the VLAN table and the interface id are lost.
  */
 OVK_ETHERNET_API u32 ovk_ethernet_interface_create(ovk_module *module, const ovk_ethernet_intf_attrs *attrs,
                                                    ovk_ethernet_if_handle *if_handle);

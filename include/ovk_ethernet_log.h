@@ -13,7 +13,8 @@
  *   0x100                   subnet databases
  *
  * Higher bits are stored and mean nothing. All four calls run under the module's lock and return 0 unless
- * their own docstring or ovk_ethernet_api.h says more; a change is reported at info level, under the new mask.
+ * their own docstring or ovk_ethernet_api.h says more; a change is reported at info level, under the new
+ * mask.
  */
 #ifndef OVK_ETHERNET_LOG_H
 #define OVK_ETHERNET_LOG_H

@@ -60,15 +60,16 @@ typedef struct ovk_ethernet_port_status {
 } ovk_ethernet_port_status;
 
 /*
- * Fills `*status`. `mask` must have one of its low six bits; `blocking` is 1 for a blocking query; both answer at once.
- * KOR_E_INVALID_ARGUMENT (8) for null `status` and for the mask.
+ * Fills `*status`. `mask` must have one of its low six bits; `blocking` is 1 for a blocking query; both
+ * answer at once. KOR_E_INVALID_ARGUMENT (8) for null `status` and for the mask.
  */
 OVK_ETHERNET_API u32 ovk_ethernet_port_status_get(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                   u32 blocking, u32 mask, ovk_ethernet_port_status *status);
 
 /*
  * What the port does about PAUSE frames: `policy` (ovk_ethernet_flow_control_policy, 1 to 5), `time` in
- * pause quanta, not 0. KOR_E_INVALID_ARGUMENT (8); KOR_E_FLOW_CONTROL (110).
+ * pause quanta, not 0; `enable` is handed to the MAC as it stands. KOR_E_INVALID_ARGUMENT (8);
+ * KOR_E_FLOW_CONTROL (110).
  */
 OVK_ETHERNET_API u32 ovk_ethernet_flow_control(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                u32 enable, u32 policy, u32 time);

@@ -4,7 +4,8 @@
  *
  * Port counters come from the MAC; interface and global counters are those that the classifier's functions
  * keep. Records are the caller's and are filled during the call; after a failed read they are partly
- * filled. Every get call gives KOR_E_INVALID_ARGUMENT (8) for a null record, after the handle's checks.
+ * filled. Every get call gives KOR_E_INVALID_ARGUMENT (8) for a null record, after the handle's check and
+ * before the kind's.
  */
 #ifndef OVK_ETHERNET_STATISTICS_H
 #define OVK_ETHERNET_STATISTICS_H
@@ -211,9 +212,9 @@ OVK_ETHERNET_API u32 ovk_ethernet_global_statistics_get(ovk_module *module, ovk_
 typedef void (*ovk_ethernet_crcerror_callback)(ovk_ethernet_if_handle if_handle, void *callback, u64 sum);
 
 /*
- * Polls a port's CRC errors of both directions every `interval_ms` milliseconds until they reach
- * `threshold`, calls `callback` once and returns. The module's lock is held for all of that time, the
- * callback included, and taken again for each poll.
+ * Polls a port's CRC errors of both directions every `interval_ms` milliseconds, 1 to 4294967 (more wraps
+ * in the conversion to microseconds), until they reach `threshold`, calls `callback` once and returns. The
+ * module's lock is held for all of that time, the callback included, and taken again for each poll.
  *
  * Status: 0; KOR_E_INVALID_ARGUMENT (8, null `callback` or an interval of 0); what
  * ovk_ethernet_port_statistics_get() returns when a poll fails.
@@ -224,7 +225,7 @@ OVK_ETHERNET_API u32 ovk_ethernet_report_crcerror(ovk_module *module, ovk_ethern
 
 /*
  * Print the records that the get calls give to standard output, counters of 0 left out but for a few. The
- * status is the get call's; after a failure nothing is printed.
+ * status is the get call's; after a failure no counters are printed.
  */
 OVK_ETHERNET_API u32 ovk_ethernet_port_stats_print(ovk_module *module, ovk_ethernet_if_handle if_handle);
 OVK_ETHERNET_API u32 ovk_ethernet_if_stats_print(ovk_module *module, ovk_ethernet_if_handle if_handle);

@@ -10,8 +10,8 @@ extern "C" {
 #endif
 
 /*
- * Sizes in bytes of one entry of a subnet database for keys of `key_bits` bits, plain and optimized. `flag` is
- * 0 or 1. Returns 0 or a status, with the outputs untouched.
+ * Sizes in bytes of one entry of a subnet database for keys of `key_bits` bits, plain and optimized. `flag`
+ * is 0 or 1. Returns 0 or a status, with the outputs untouched.
  */
 u32 ovk_sif_max_subnet_entry_sz_get(u32 key_bits, u32 flag, u32 *size, u32 *optimized_size);
 

@@ -41,8 +41,8 @@ Answer lookup(kor_rte rte, std::string_view tree, const std::vector<Field> &key)
 std::string action_text(kor_rte rte, const kor_ptn_action &action);
 
 /*
- * Ordered tree sets, by name with or without "ovk_ethernet." A list that was never touched is empty. `frame`
- * is all fields behind the selector, each in full width; nothing when no rule in force takes it.
+ * Ordered tree sets, by name with or without "ovk_ethernet." A list that was never touched is empty.
+ * `frame` is all fields behind the selector, each in full width; nothing when no rule in force takes it.
  */
 std::vector<std::string> ordered_sets(kor_rte rte);
 OrderedSet ordered_set(kor_rte rte, std::string_view tree);

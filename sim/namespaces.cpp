@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * Namespaces. Those that a chip brings have disjoint ranges of ids, chosen so that an id tells where it
- * comes from. A created pool counts from 0, as the host's own pool of LLS flows does. The system module keeps
- * a chip's interface ids in one that other modules can't find.
+ * comes from. A created pool counts from 0, as the host's own pool of LLS flows does. The system module
+ * keeps a chip's interface ids in one that other modules can't find.
  */
 #include "call.h"
 #include "chip.h"

@@ -2,9 +2,9 @@
 /*
  * OrderedSet: an ordered tree set, one list of rules for each value of the selector.
  *
- * A list is kept twice: as it is being edited, and as it was built last. Only the second is in force. A rule
- * matches when each of its fields is a prefix of the frame's; an empty field is a prefix of anything. The
- * first rule that matches wins, at a cost of one look at each rule before it.
+ * A list is kept twice: as it is being edited, and as it was built last. Only the second is in force. A
+ * rule matches when each of its fields is a prefix of the frame's; an empty field is a prefix of anything.
+ * The first rule that matches wins, at a cost of one look at each rule before it.
  */
 #ifndef OVK_SIM_ORDERED_SET_H
 #define OVK_SIM_ORDERED_SET_H

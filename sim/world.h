@@ -38,8 +38,8 @@ struct kor_ptn_data {
 namespace sim {
 
 /*
- * A name of the classifier's programme: a function, a tree, or an ordered tree set. Ids are indices into the
- * programme.
+ * A name of the classifier's programme: a function, a tree, or an ordered tree set. Ids are indices into
+ * the programme.
  */
 struct Symbol {
     std::string name;

@@ -76,8 +76,9 @@ class InterfaceFault : public test::ModuleTest {
         RecordProperty("faults", static_cast<int>(faults_));
     }
 
-    // Runs `call` with its first, second, … platform call failing, until none is left to fail. `prepare` comes
-    // before each run; `settle` behind it, with the operation that failed and whether the call did its work.
+    // Runs `call` with its first, second, … platform call failing, until none is left to fail. `prepare`
+    // comes before each run; `settle` behind it, with the operation that failed and whether the call did
+    // its work.
     template <class Call, class Settle>
     u32 sweep(const std::string &name, Call call, const std::function<void()> &prepare, Settle settle)
     {

@@ -41,8 +41,8 @@ class Interface : public test::InterfaceTest {
         return replaced(text, printed("(0x%zx|block \\d+ of %zu)\\)", sizeof *port_, sizeof *port_),
                         "record)");
     }
-    // What a call does, but for patterns, locks, traces and plain reads. Zeros that end a record are left out, and long
-    // records.
+    // What a call does, but for patterns, locks, traces and plain reads. Zeros that end a record are left
+    // out, and long records.
     template <class Call>
     std::string steps_of(Call call)
     {

@@ -91,20 +91,27 @@ TEST_F(PortControl, CallReadsFirstWritesOnlyAChangeAndSaysSo)
     const ovk_ethernet_port_status up = {
         1, 1, 0, 1, OVK_ETHERNET_DUPLEX_FULL, OVK_ETHERNET_SPEED_1G}; // always
     EXPECT_EQ(std::memcmp(&status_, &up, sizeof up), 0);
+    for (const auto &[bit, mac] : {std::pair{1u, 64u}, {2u, 32u}, {4u, 2u}, {8u, 1u}})
+        step(status(0, bit, &status_), "",
+             test::printed("Getting Port Status for %% in Non-blocking mode, mask = 0x%08x", mac),
+             "Port Status Retrieved for @");
+    step(rate(5), "- speed = 0x2 + speed = 0x5 ", "Configuring % with " + speed + "10G" + half,
+         "@ rate set to " + speed + "10G");
     step(status(2, 0x20, &status_), "", "Getting Port Status for % in Non-blocking mode, mask = 0x00000000",
          "Port Status Retrieved for @");
     for (u32 policy = 1; policy <= 5; policy++) {
         EXPECT_EQ(flow(policy, 1)(port_), 0u);
         EXPECT_EQ(sim::port(host().rte(), KOR_GMAC17).flow_control.policy_bit, 1u << (policy - 1));
     }
-    EXPECT_EQ(channel(port_), 0u);
+    EXPECT_EQ(told(15, [&] { return channel(port_); }),
+              named(port_, "info] Retrieved MAC Channel Info for @\n"));
     EXPECT_EQ(channel_, u32{KOR_GMAC17});
 }
 
 TEST_F(PortControl, RefusesHandleKindAndPortInThatOrderAndStopsAtAFailure)
 {
     ovk_eth_intf subif = *port_, xgmac0 = *port_, xgmac8 = *port_;
-    subif.if_type = INTERFACE_TYPE_VLAN;
+    subif.if_type = INTERFACE_TYPE_VLAN, subif.phy.attrs.if_num = 0;
     xgmac0.phy.attrs.if_num = 0, xgmac8.phy.attrs.if_num = 8;
     // What it says that it failed to do, its cause on ports 0 and 8, and its steps' failures.
     const auto check = [&](const call &make, const string &operation, const string &xgmac,
@@ -156,6 +163,8 @@ TEST_F(PortControl, RefusesHandleKindAndPortInThatOrderAndStopsAtAFailure)
     bad(status(1, 0, nullptr), port_, 8, "Null Pointer Parameter for Port Status", status_of);
     bad(status(1, ~0x3fu, &status_), port_, 8, "Mask field for port status must not be all clear",
         status_of);
+    for (const call &make : {rate(9), duplex(9), flow(0, 0), status(1, 0, nullptr)})
+        EXPECT_TRUE(make(nullptr) == 0x2000003 && make(&subif) == 0x200001e); // before any argument
     bad(flow(0, 0), port_, 8, "Time duration setting 0 is invalid", flow_of);
     bad(flow(0, 1), port_, 8, policy + "INVALID is invalid", flow_of);
     bad(flow(6, 1), port_, 8, policy + "MAX is invalid", flow_of);

@@ -123,7 +123,8 @@ inline Lines operator+(Lines first, const Lines &second)
     return first;
 }
 
-// The pairs of several failures of one status, between '|'. One that ends in '&' has no newline behind its text.
+// The pairs of several failures of one status, between '|'. One that ends in '&' has no newline behind its
+// text.
 inline Lines failures(const std::string &messages, u32 status)
 {
     Lines out;
@@ -184,9 +185,9 @@ inline ovk_ethernet_if_handle make_port(ovk_module *module, u32 if_num, u32 fwd_
     return port;
 }
 
-// An aggregate made by hand: a live record, owner of its id, with a VLAN table and the given ports as members. Its
-// MAC address ends in its id. Its flags words are those of a create; no rule of it is in any tree. Undone by its
-// destructor, which comes before the module's.
+// An aggregate made by hand: a live record, owner of its id, with a VLAN table and the given ports as
+// members. Its MAC address ends in its id. Its flags words are those of a create; no rule of it is in any
+// tree. Undone by its destructor, which comes before the module's.
 class HandMadeAggregate {
   public:
     HandMadeAggregate(ovk_module *module, u32 slot, u32 fwd_mode, std::vector<ovk_eth_intf *> members)
@@ -250,7 +251,8 @@ inline Lines no_module(const std::string &operation)
     return {head + "Invalid Ethernet module handle 0x00000000", head + operation};
 }
 
-// A record of the hardware's, as an image shows it: each byte reads 0x80 plus its offset, but for those given.
+// A record of the hardware's, as an image shows it: each byte reads 0x80 plus its offset, but for those
+// given.
 inline std::string numbered(u32 size, std::initializer_list<std::pair<u32, u8>> bytes)
 {
     std::string out;
@@ -276,7 +278,8 @@ inline std::string numbered(u32 size, std::initializer_list<std::pair<u32, u8>> 
     return text;
 }
 
-// What a successful call changes on the chip, in one line: "- gone + new ", without the names of port and tree.
+// What a successful call changes on the chip, in one line: "- gone + new ", without the names of port and
+// tree.
 template <class Call>
 std::string changes(const sim::Host &host, Call call)
 {
@@ -301,8 +304,9 @@ class InterfaceTest : public ModuleTest {
         EXPECT_EQ(given, status) << messages;
         module()->log_mask = 0;
     }
-    // What the call fails with and says first when the first of its platform calls fails, when the second does, and so
-    // on, with `after()` behind each: "108 RTE, Failed to ...|". Repeats are left out; `prepare()` comes before each run.
+    // What the call fails with and says first when the first of its platform calls fails, when the second
+    // does, and so on, with `after()` behind each: "108 RTE, Failed to ...|". Repeats are left out;
+    // `prepare()` comes before each run.
     template <class Call>
     std::string faults_of(
         Call call, const std::function<void()> &prepare = [] {},

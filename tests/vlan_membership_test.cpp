@@ -74,6 +74,8 @@ TEST_F(VlanMembership, PortGetsRuleEntryAndRegistersAndOnceForEachGroupItsSet)
     step(false, 9, 8, 0, 0, -1, "");  // there was none
     step(true, 1, 8, 0, 0x505abcd, 0, // -1 isn't the first
          "+ cvlan[0x1] = 0x8 + vlan[0x8] = 0x0 + rule 0x06001/20 -> data 0x8 0xabcd ");
+    EXPECT_EQ(ovk_eth_vlan_id(module(), 1, 6, 9, 0x1234, 0xabcd, 0, 3), 0u); // a last word, for others
+    EXPECT_EQ(in(6, 9), "data 0x1234 0x60abcd");
     EXPECT_EQ(in(6, 1) + in(6, 100), "data 0x8 0xabcdfunction ovk_ethernet.Invalid_VLAN_tag");
     port_->bg_ref_count[5] = INT16_MIN;
     EXPECT_EQ(del(port_, 1, 5), 0u);
@@ -89,6 +91,7 @@ TEST_F(VlanMembership, MembersOfAnAggregateAreDoneInAnotherOrderAndCountedOnIt)
     HandMadeAggregate aggregate(module(), 1, routed, {port_, member_}), empty(module(), 0, trunk, {});
     const handle aggr = aggregate.handle();
     aggr->stats_ns_id = empty.handle()->stats_ns_id = 0x61234;
+    aggr->inif_flags |= 3U << 19; // its own policy, not the members'
     const auto told = [](const ovk_eth_aggr_vlan_entry &at) {
         return printed("%u %x %u, ", at.id, at.stats_ns_id, at.kind);
     };
@@ -105,12 +108,17 @@ TEST_F(VlanMembership, MembersOfAnAggregateAreDoneInAnotherOrderAndCountedOnIt)
     EXPECT_EQ(add(aggr, 0, 5), 0u);
     EXPECT_EQ(sim::journal::writes(), registers + rule + set + registers + rule);
     EXPECT_EQ(sim::vlan_vps(host().rte(), 5), 0x40u); // the first member alone
-    EXPECT_EQ(state(0, 5), "5 61234 2, 2, 5 5061234, 5 5061234");
-    EXPECT_EQ(in(6, 0) + in(7, 0), "data 0x5 0x1234data 0x5 0x1234");
+    EXPECT_EQ(state(0, 5), "5 61234 2, 2, 5 7061234, 5 7061234");
+    EXPECT_EQ(in(6, 0) + in(7, 0), "data 0x5 0x831234data 0x5 0x831234");
     sim::faults::fail("kor_ptn_unlearn", 2);
     EXPECT_EQ(del(aggr, 0, 5), 65u);
-    EXPECT_EQ(state(0, 5), "5 61234 2, 1, 0 0, 5 5061234");
+    EXPECT_EQ(state(0, 5), "5 61234 2, 1, 0 0, 5 7061234");
     EXPECT_EQ(add(aggr, 7, 6), 0u);
+    for (const u32 channel : {KOR_GMAC17, KOR_GMAC18})
+        EXPECT_EQ(sim::port(host().rte(), channel).cvlans[7], 6u);
+    sim::faults::fail("kor_gatr_switch_bridge_vlan_vps_set");
+    EXPECT_EQ(add(aggr, 8, 9), 141u);
+    EXPECT_EQ(state(8, 9), "0 0 0, 0, 0 0, 0 0"); // only then are there entries
     sim::journal::clear();
     EXPECT_EQ(del(aggr, 7, 6), 0u);
     EXPECT_EQ(sim::journal::writes(), gone + gone);
@@ -138,6 +146,16 @@ TEST_F(VlanMembership, EgressRuleOfGroupZeroIsThePortsCatchAll)
     EXPECT_EQ(out(0x11, 7), none); // the catch-all doesn't come back there
     EXPECT_EQ(stay(port_, 0), 0u);
     EXPECT_EQ(out(0x11, 8), none);
+    EXPECT_EQ(std::regex_replace(told(15,
+                                      [&] {
+                                          return add(port_, 9, 5) + del(port_, 9, 6) +
+                                                 leave(port_, 3, 2, 9) + stay(port_, 3);
+                                      }),
+                                 std::regex(hex(port_)), "@"),
+              "info] Added BG_ID 0x0005 for Interface @ and VLAN 0x0009\n"
+              "info] Removed VLAN ID 0x0009 for Interface @\n"
+              "info] Added VLAN 0x0009 for Interface @ and BG_ID 0x0003\n"
+              "info] Removed VLAN config for Interface @ and BGID 0x0003\n");
 }
 
 TEST_F(VlanMembership, SetOfVirtualPortsKeepsItsArithmetic)
@@ -157,7 +175,7 @@ TEST_F(VlanMembership, SetOfVirtualPortsKeepsItsArithmetic)
     check(all, 1, 3, 1, 0x400000);
     check(all, 2, 30, 0, all - 0x40000000);
     check(all, 2, 31, 0, 0x7fffffff);
-    check(all, 3, 32, 0, all);
+    check(all, 3, 3, 0, all - 8);
     check(all, 2, 3, 1, all - 0x400000);
 }
 
@@ -199,9 +217,10 @@ TEST_F(VlanMembership, RefusesTheFirstWrongArgumentInItsOrder)
     refused(egress, routed_, 0, 63, 1, 0x2000022, mode + "HIGHER_LAYER");
     refused(all, &subif, 0, 63, 1, 0x200001e, "Incompatible Interface type INTERFACE_TYPE_VLAN");
     EXPECT_EQ(host().image(), before);
-    EXPECT_EQ(
-        test::messages_of([&] { ovk_ethernet_port_egress_vlan_config(nullptr, nullptr, 1, 1, 9, 0); }),
-        test::no_module("Failed to add VLAN ID 0x0009 for Interface 0x00000000"));
+    const Lines no_module = test::no_module("Failed to add VLAN ID 0x0009 for Interface 0x00000000");
+    EXPECT_EQ(test::messages_of([] { ovk_ethernet_vlan_id_add(nullptr, nullptr, 9, 1); }), no_module);
+    EXPECT_EQ(test::messages_of([] { ovk_ethernet_port_egress_vlan_config(nullptr, nullptr, 1, 1, 9, 0); }),
+              no_module);
 }
 
 TEST_F(VlanMembership, WhatStandsBeforeAFailureStays)

@@ -36,8 +36,8 @@
 
 namespace ovk {
 
-// Who is calling: for the entry and exit lines, and for what the frame itself reports. These share one position,
-// that of the line above the one that names the caller, which no message of the call's own has.
+// Who is calling: for the entry and exit lines, and for what the frame itself reports. These share one
+// position, that of the line above the one that names the caller, which no message of the call's own has.
 struct caller {
     site where;
     const char *function;

@@ -236,8 +236,8 @@ template <class... Args>
     return status;
 }
 
-// A class line whose end the platform's own printers write: head, format, `print()`, newline. The trace call
-// carries the format and its arguments.
+// A class line whose end the platform's own printers write: head, format, `print()`, newline. The trace
+// call carries the format and its arguments.
 template <class Print, class... Args>
 [[gnu::cold, gnu::noinline]] void print_record(const ovk_module *module, log_class cls, site where,
                                                Print print, const char *format, Args... args)

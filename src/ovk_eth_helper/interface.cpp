@@ -62,6 +62,11 @@ u32 ovk::check_phy(ovk_module *module, ovk_ethernet_if_handle handle)
     return handle->if_type == INTERFACE_TYPE_PHY ? u32{KOR_OK} : incompatible_type(module, handle->if_type);
 }
 
+u32 ovk::check_port_or_aggregate(ovk_module *module, ovk_ethernet_if_handle handle)
+{
+    return is_port_or_aggregate(*handle) ? u32{KOR_OK} : incompatible_type(module, handle->if_type);
+}
+
 u32 ovk::check_no_member(ovk_module *module, ovk_ethernet_if_handle handle)
 {
     if (handle->in_aggregate != 1)
@@ -72,8 +77,7 @@ u32 ovk::check_no_member(ovk_module *module, ovk_ethernet_if_handle handle)
 
 u32 ovk::check_mode(ovk_module *module, ovk_ethernet_if_handle handle, u32 modes)
 {
-    if (!is_port_or_aggregate(*handle))
-        return incompatible_type(module, handle->if_type);
+    OVK_TRY(check_port_or_aggregate(module, handle));
     return compatible_mode(module, mode_of(*handle), modes);
 }
 

@@ -40,6 +40,9 @@ u32 check_if_handle(ovk_module *module, ovk_ethernet_if_handle handle);
 // The interface is a physical one.
 u32 check_phy(ovk_module *module, ovk_ethernet_if_handle handle);
 
+// The interface is a physical one or an aggregate.
+u32 check_port_or_aggregate(ovk_module *module, ovk_ethernet_if_handle handle);
+
 // The interface is no member of an aggregate.
 u32 check_no_member(ovk_module *module, ovk_ethernet_if_handle handle);
 

@@ -124,8 +124,8 @@ u32 ovk::find_namespaces(ovk_module *module, ovk_eth_module_object &object)
     return KOR_OK;
 }
 
-// The four pools' lines differ in wording, so each has its own here and in free_fixed_ids(); the flow info ones say
-// 16 although 256 ids are meant.
+// The four pools' lines differ in wording, so each has its own here and in free_fixed_ids(); the flow info
+// ones say 16 although 256 ids are meant.
 u32 ovk::take_fixed_ids(ovk_module *module, ovk_eth_module_object &object)
 {
     u32 &global = object.global_stats_ns_id;

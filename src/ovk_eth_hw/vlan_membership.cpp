@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ovk_eth_hw/vlan_membership.h"
 
+#include "common/op.h"
 #include "common/switch_ids.h"
-
 #include "kor_gatr.h"
 #include "kor_gatr_switch.h"
 #include "ovk_eth_hw/channel.h"

@@ -20,9 +20,9 @@ u32 ovk_eth_vlan_id(ovk_module *module, u32 op, u32 port, u32 vlan_id, u32 id, u
 u32 ovk_eth_out_vlan_id(ovk_module *module, u32 op, u32 port, u32 bg_id, u16 vlan_id, u32 port_tag_type,
                         u8 tag_rewrite);
 
-// Puts a port, by switch index, into the bridge group's set in the switch or takes it out. `fixed_vp_flag` not 0
-// puts the fixed virtual port in place of the whole set, or takes it alone out. KOR_E_INGRESS_VLAN_SET,
-// KOR_E_CVLAN_MAP_SET.
+// Puts a port, by switch index, into the bridge group's set in the switch or takes it out. `fixed_vp_flag`
+// not 0 puts the fixed virtual port in place of the whole set, or takes it alone out.
+// KOR_E_INGRESS_VLAN_SET, KOR_E_CVLAN_MAP_SET.
 u32 ovk_eth_hsw_vlan_filter(ovk_module *module, u32 op, u32 port, u32 bg_id, u8 fixed_vp_flag);
 
 // Maps a VLAN of the port to a bridge group. The removal leaves the bridge group among the port's VLANs.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// What a pattern goes through on its way to the classifier: printing with its action, and the step to a database's
-// width.
+// What a pattern goes through on its way to the classifier: printing with its action, and the step to a
+// database's width.
 #ifndef OVK_ETH_HW_HELPER_PATTERN_H
 #define OVK_ETH_HW_HELPER_PATTERN_H
 

@@ -39,9 +39,9 @@ inline u32 check_key(ovk_module *module, site where, const rule_key &key)
     return KOR_OK;
 }
 
-// The end of every writer: tests the key, applies the rule, and reports a failure at the writer's own position.
-// The action counts for OVK_ETH_ADD alone; any other `op` passes an all-zero one. The status is the key's sum or
-// the engine's.
+// The end of every writer: tests the key, applies the rule, and reports a failure at the writer's own
+// position. The action counts for OVK_ETH_ADD alone; any other `op` passes an all-zero one. The status is
+// the key's sum or the engine's.
 inline u32 write_rule(ovk_module *module, site where, const rule_key &key, u32 op, kor_ptn_action action)
 {
     OVK_TRY(check_key(module, where, key));

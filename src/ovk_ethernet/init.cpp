@@ -56,7 +56,8 @@ void log_profile(ovk_module *module)
     OVK_INFO(module, "OVK ETH NVM Total Max Usage: %d Bytes\n", total);
 }
 
-// One of the few direct looks at the classifier: there is no tree behind these two, and no record but the object.
+// One of the few direct looks at the classifier: there is no tree behind these two, and no record but the
+// object.
 u32 entry_function(ovk_module *module, const char *name, u32 *id)
 {
     if (const u32 rc = kor_ptn_symbol_get_id(module->rte_handle, name, id))

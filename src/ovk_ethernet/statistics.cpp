@@ -104,9 +104,7 @@ u32 ovk_ethernet_l2_interface_statistics_get(ovk_module *module, ovk_ethernet_if
             ovk_eth_port_stats port_stats = {};
 
             OVK_TRY(check_handle_and_record(module, if_handle, stats));
-            if (if_handle->if_type != INTERFACE_TYPE_PHY && if_handle->if_type != INTERFACE_TYPE_AGGR)
-                return OVK_FAIL(module, OVK_ETHERNET_E_INCOMPAT_IF_TYPE, "Incompatible Interface type %s\n",
-                                ovk_eth_intf_type_name(if_handle->if_type));
+            OVK_TRY(ovk::check_port_or_aggregate(module, if_handle));
             OVK_TRY(ovk_eth_if_stats_get(module, if_handle->stats_ns_id, &intf_stats));
             // An aggregate's id has a MAC channel of its own.
             OVK_TRY(ovk_eth_port_stats_get(module, if_handle->if_id, &port_stats, 0));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The real shared object in a host's process: loaded, loaded anew while a module lives, and shared by two modules.
+// The real shared object in a host's process: loaded, loaded anew while a module lives, and shared by two
+// modules.
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
