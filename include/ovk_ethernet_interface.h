@@ -62,7 +62,8 @@ typedef struct ovk_ethernet_svi_data {
 
 /*
  * Takes a port into service. `attrs` is copied. On success `*if_handle` is the interface's handle; on any
- * failure behind the null checks it is 0.
+ * failure behind the null checks it is 0, but for OVK_E_LOCK_RELEASE, after which it is the handle of the
+ * interface that was made.
  *
  * Status: 0;
  *   KOR_E_INVALID_ARGUMENT (8)                `attrs` or `if_handle` is null; returns at once
@@ -72,8 +73,9 @@ typedef struct ovk_ethernet_svi_data {
  *                                             full duplex or wants auto-negotiation
  *   OVK_ETHERNET_E_INTF_ALREADY_EXISTS        the port is in service
  *   KOR_E_NO_MEMORY (18)                      the record or the port's VLAN table
- *   the status of the step that failed: the system and interface modules' own, or those of kor_status.h for
- *   rules, state memory, flow data and port settings
+ *   the status of the step that failed: the system and interface modules' own, a rule's, those of
+ *   kor_status.h for state memory, flow data and port settings, the run-time environment's own for receiver
+ *   and transmitter
  *
  * A failure frees the record and nothing else. Rules and settings that were made stay until a later create
  * of the port overwrites them; the VLAN table and the interface id are lost.
@@ -86,7 +88,7 @@ OVK_ETHERNET_API u32 ovk_ethernet_interface_create(ovk_module *module, const ovk
  *
  * Status: 0; OVK_ETHERNET_E_INVALID_IF_HANDLE; OVK_ETHERNET_E_INCOMPAT_IF_TYPE (not a physical interface);
  * OVK_ETHERNET_E_INCONSIST_IF_STATE (the port's owner is another record); the status of the step that
- * failed.
+ * failed, as for create; that of receiver and transmitter is the sum of both.
  *
  * A failure behind the checks leaves the handle alive, the earlier steps done and the port's VLAN table
  * freed: the call must not be repeated on it.

@@ -195,9 +195,10 @@ TEST_F(Association, RefusalsAndFailuresLeaveTheListsAsFarAsTheyCame)
     EXPECT_EQ(faults_of([&] { return remove(at, 0); }, prepare, rules),
               count + "79 RTE, Failed to delete the OtreeSet rule: 2, 2|81 RTE, Failed to re-build the "
                       "OtreeSet: 1, 2|");
-    expect([&] { return insert(at, 1, any); }, 8,
+    expect([&] { return insert(at, 1, any, {.type = 0}); }, 8,
            "Cannot add beyond the default interface rule in Otreeset");
     expect([&] { return remove(at, 0); }, 8, "Cannot remove the default interface rule in Otreeset");
+    expect([&] { return remove(at + 1, 0); }, 8, "Cannot remove the default interface rule in Otreeset");
     expect([&] { return remove(at, 0, 3); }, 8, "Invalid operation requested");
     expect([&] { return insert(at, 0, any, {.type = 0}); }, 8, "Invalid Action type requested!");
     expect([&] { return insert(at, 0, any, {.type = 7}); }, 8, "Invalid Action type requested!");

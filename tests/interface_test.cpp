@@ -193,18 +193,37 @@ TEST_F(Interface, EachModeHasItsStepsAndDeleteLeavesTheAdaptersSettings)
         attrs.output_rate = OVK_ETHERNET_SPEED_100M;
         attrs.full_duplex = 0;
         attrs.encap_type = OVK_ETHERNET_ENCAP_LLC_SNAP;
+        ovk_eth_module_object &object = ovk::object_of(module());
+        const auto set_keys = [&](u8 key) {
+            for (ovk_eth_aggr_slot &slot : object.aggr_slots)
+                slot.port_key_slot[6] = key;
+        };
+        const auto keys = [&] {
+            return object.aggr_slots[0].port_key_slot[6] * 256u + object.aggr_slots[1].port_key_slot[6];
+        };
+        set_keys(0);
         const std::string before = host().image();
         EXPECT_EQ(steps_of([&] { return create(attrs); }),
                   apart(replaced(filled(create_steps), "MODE", row.enters)));
         handle owner = nullptr;
         EXPECT_EQ(ovk_ethernet_interface_handle_get(module(), number, &owner), 0u);
         EXPECT_EQ(owner, port_);
+        const ovk_eth_phy_tail &phy = port_->phy;
+        EXPECT_EQ(printed("%x %d, %u %u %u %u %u, %x %x, %u to %u", port_->if_guard,
+                          port_->eth_handle == module(), phy.in_flow_filter, phy.out_flow_filter,
+                          phy.spare_flag, phy.phy_spare_byte, phy.phy_spare_word, phy.vlan_eth_type[0],
+                          phy.vlan_eth_type[1], phy.tag_start, phy.tag_stop),
+                  "43217856 1, 1 1 0 1 1, 8100 8100, 12 to 16");
+        EXPECT_EQ(keys(), 0xffffu);
+        set_keys(3);
         EXPECT_EQ(ovk_eth_setup_static_port(module(), row.mode == static_mode ? 1 : 2, number, 0x21), 0u);
         EXPECT_EQ(named(answers()), filled(replaced(in_service, "STATIC", row.partner)));
 
         const std::string steps = replaced(delete_steps, "MODE", row.leaves);
         EXPECT_EQ(steps_of([&] { return remove(); }), apart(replaced(steps, "LAST", row.leaves_last)));
         EXPECT_EQ(answers(), unknown);
+        EXPECT_EQ(keys(), 0x303u); // home keys stay, and so does the table's pointer
+        EXPECT_NE(object.hsw_port_vlan_table[6], nullptr);
         EXPECT_EQ(ovk_ethernet_interface_handle_get(module(), number, &owner), 0x2000028u);
         std::string left;
         for (const std::string &fact : sim::image_diff(before, host().image()))
@@ -235,10 +254,21 @@ TEST_F(Interface, SomePortsAndSomeHostsKeepTheirMac)
         EXPECT_EQ(ovk_ethernet_port_attributes_override(module(), row.override), 0u);
         ovk_ethernet_intf_attrs attrs = test::port_attrs(row.number, access_mode);
         attrs.output_rate *= row.statistics; // 0: none
+        for (u8 octet = 1; octet < 5; octet++)
+            attrs.src_mac[octet] = 0xa0 + octet;
+        attrs.autoneg = row.number != 0 ? 1 : 0;
 
         const auto calls = [](const char *prefix) { return sim::journal::ops(prefix).size(); };
         sim::journal::clear();
-        EXPECT_EQ(create(attrs), 0u);
+        const std::string text = told(0x20, [&] { return create(attrs); });
+        EXPECT_EQ(text.find("Enabling Auto-neg") != std::string::npos, row.speed != 0) << text;
+        const u8 low = static_cast<u8>(row.number);
+        const std::vector<u8> data =
+            sim::flow_data(host().rte(), "tvu_ethernet_egress_encap_ipv4", 0, row.number);
+        EXPECT_EQ(std::vector<u8>(data.begin() + 8, data.begin() + 16),
+                  (std::vector<u8>{0xa3, 0xa2, 0xa1, 0x02, low, 0xa4, 8, 0}));
+        EXPECT_EQ(sim::state(host().rte(), 0xd0fe19 + row.number, 8),
+                  (std::vector<u8>{0x02, 0xa1, 0xa2, 0xa3, 0xa4, low, 0, 0}));
         EXPECT_EQ(calls("kor_mac_speed"), row.speed);
         EXPECT_EQ(calls("kor_gatr_port_enable"), row.enable);
         EXPECT_EQ(calls("kor_gatr_mac_addr_set"), 1u);
@@ -301,7 +331,7 @@ TEST_F(Interface, RefusalsChangeNothing)
     const ovk_ethernet_intf_attrs attrs = test::port_attrs(number, trunk);
     const handle untouched = reinterpret_cast<handle>(4);
     port_ = untouched;
-    expect([&] { return ovk_ethernet_interface_create(module(), nullptr, &port_); }, 8,
+    expect([&] { return ovk_ethernet_interface_create(module(), nullptr, nullptr); }, 8,
            "Null Interface Attribute Pointer");
     EXPECT_EQ(port_, untouched);
     expect([&] { return ovk_ethernet_interface_create(module(), &attrs, nullptr); }, 8,
@@ -321,6 +351,9 @@ TEST_F(Interface, RefusalsChangeNothing)
            "Interface handle for specified port already exsits: " + hex(first) +
                "|Failed to create interface");
     EXPECT_EQ(port_, nullptr);
+    ovk_ethernet_intf_attrs bad = attrs;
+    bad.encap_type = 0;
+    EXPECT_EQ(create(bad), 0x2000017u); // before it is seen that the port is in service
     refuse(nullptr, 0x2000003, "Invalid Interface handle 0x00000000");
     refuse(&vlan, 0x200001e, "Incompatible Interface type INTERFACE_TYPE_VLAN");
     refuse(aggr.handle(), 0x200001e, "Incompatible Interface type INTERFACE_TYPE_AGGR");
@@ -332,6 +365,18 @@ TEST_F(Interface, RefusalsChangeNothing)
     EXPECT_EQ(first->if_guard, 0u);
     EXPECT_EQ(first->eth_handle, nullptr);
     EXPECT_EQ(create(attrs), 0u);
+}
+
+TEST_F(Interface, FailedCreateTakesBackTheRecordAlone)
+{
+    sim::faults::fail("ovk_sif_netDriver_demux_add");
+    expect([&] { return create(test::port_attrs(number, trunk)); }, sim::status_injected,
+           "Failed to program demux tree: injected fault|Failed to create interface");
+    EXPECT_EQ(sim::heap::live_sizes()[sizeof(ovk_eth_intf)], 0u);
+    EXPECT_EQ(sim::heap::live_sizes()[4096 * sizeof(ovk_eth_vlan_entry)], 1u);
+    EXPECT_EQ(sim::ids_in_use(host().rte(), "interface_ids").size(), 1u);
+    EXPECT_EQ(answer("Lookup_destMAC", {{0x020000000011, 48}}), "value 0x111");
+    EXPECT_EQ(sim::port(host().rte(), number).tx, 1u);
 }
 
 TEST_F(Interface, FailedDeleteStopsAndKeepsTheRecord)

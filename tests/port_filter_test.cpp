@@ -10,6 +10,7 @@ using test::printed;
 
 constexpr u32 access_mode = 1, trunk = 2, tunnel = 3, routed = 4, static_mode = 5;
 constexpr u8 second_mac[6] = {0x00, 0x1b, 0x19, 0xa0, 0xb1, 0xc2};
+constexpr u8 own_mac[6] = {0x02};
 constexpr u8 group_mac[6] = {0x01, 0x1b, 0x19, 0x00, 0x00, 0x00};
 
 class PortFilter : public test::InterfaceTest {
@@ -165,6 +166,9 @@ TEST_F(PortFilter, ReceiveMacStandsThirdBehindTheOwnOnes)
               line("81", other.c_str(), "Non-promiscuous") + added +
                   "gatr_unicast_filter_set(0x11, 0x1, 020000000011, 020000000081, 001b19a0b1c2)\n");
     sim::faults::fail("kor_gatr_unicast_filter_set");
+    EXPECT_EQ(add(of, own_mac), 105u);
+    EXPECT_EQ(of->phy.recv_mac[5], 0xc2);
+    sim::faults::fail("kor_gatr_unicast_filter_set");
     expect([&] { return del(of); }, 105,
            "RTE Error: injected fault, Failed to set MAC addresses in Unicast filter|"
            "Failed to remove MAC addr from intf " +
@@ -179,7 +183,7 @@ TEST_F(PortFilter, CallsRefuseWhatTheyAreNotFor)
 {
     const handle switched = make(0x11, trunk), on_layer3 = make(0x12, routed),
                  fixed = make(0x13, static_mode);
-    const handle member = make(0x14, access_mode);
+    const handle member = make(0x14, static_mode);
     HandMadeAggregate trunks(module(), 0, trunk, {member}), routes(module(), 1, routed, {});
     ovk_eth_intf dead = {}, vlan = {};
     vlan.if_magic = OVK_ETH_IF_MAGIC;

@@ -18,8 +18,10 @@ u32 ovk_eth_is_routed_intf(ovk_module *module, ovk_ethernet_if_handle handle);
 // 0 for a switched port or aggregate.
 u32 ovk_eth_assert_switch_port(ovk_module *module, ovk_ethernet_if_handle handle);
 
-// The attributes of a port or aggregate to be created; see ovk_ethernet_interface_create() for the order.
+// The attributes of a port to be created; see ovk_ethernet_interface_create() for the order.
 u32 ovk_eth_valid_intf_attrs(ovk_module *module, const ovk_ethernet_intf_attrs *attrs);
+
+// Those of an aggregate: forwarding mode, encapsulation, MAC address, then OVK_ETHERNET_E_INVALID_QOS_MODE.
 u32 ovk_eth_valid_aggr_intf_attrs(ovk_module *module, const ovk_ethernet_aggr_intf_attrs *attrs);
 
 namespace ovk {

@@ -66,10 +66,12 @@ struct vector_pattern {
         return status == KOR_OK ? fill(pattern) : status;
     }
 
-    u32 build_number(field index, u32 value)
+    // A number, or an empty field.
+    u32 build_number(field index, u32 value, bool used = true)
     {
-        return build(index,
-                     [&](kor_ptn &pattern) { return ovk_ptn_extend(&pattern, value, field_bits[index]); });
+        return build(index, [&](kor_ptn &pattern) -> u32 {
+            return used ? ovk_ptn_extend(&pattern, value, field_bits[index]) : u32{KOR_OK};
+        });
     }
 
     void free()
@@ -80,7 +82,7 @@ struct vector_pattern {
 };
 
 // One list of the tree set.
-struct list {
+struct rule_list {
     ovk_module *module;
     const eth_tree_info &tree;
     vector_pattern vptn;
@@ -92,14 +94,14 @@ u32 bad_key(ovk_module *module, u32 status)
     return OVK_FAIL(module, status, "Could not build the input pattern\n");
 }
 
-u32 select(list &rules, u32 selector)
+u32 build_selector(rule_list &rules, u32 selector)
 {
     const u32 status = rules.vptn.build_number(selector_field, selector);
     return status == KOR_OK ? status : bad_key(rules.module, status);
 }
 
 template <class... Action>
-auto printer(const list &rules, u32 count, const Action *...action)
+auto printer(const rule_list &rules, u32 count, const Action *...action)
 {
     return [&rules, count, action...] {
         ovk_vptn_print(count, rules.vptn.fields);
@@ -107,20 +109,20 @@ auto printer(const list &rules, u32 count, const Action *...action)
     };
 }
 
-void log_learn(const list &rules, const kor_ptn_action &action)
+void log_learn(const rule_list &rules, const kor_ptn_action &action)
 {
     OVK_LOG_RECORD(rules.module, vptn_learn, printer(rules, field_count, &action), "%s: (%d) ",
                    rules.tree.tree_name, rules.index);
 }
 
-u32 build(const list &rules)
+u32 build_list(const rule_list &rules)
 {
     OVK_LOG_RECORD(rules.module, vptn_build, printer(rules, 1), "%s: (%d) ", rules.tree.tree_name,
                    rules.index);
     return kor_ptn_otreeset_build(rules.module->rte_handle, rules.tree.tree_id, rules.vptn.fields);
 }
 
-u32 set_default(list &rules, u32 op)
+u32 set_default(rule_list &rules, u32 op)
 {
     ovk_module *module = rules.module;
 
@@ -142,14 +144,14 @@ u32 set_default(list &rules, u32 op)
             OVK_WARN(module, "RTE Error: %s, Failed to clear all the rules from the OtreeSet\n",
                      kor_status_get(rc));
     }
-    OVK_TRY_RTE(module, build(rules), KOR_E_OTREESET_BUILD,
+    OVK_TRY_RTE(module, build_list(rules), KOR_E_OTREESET_BUILD,
                 "RTE Error: %s, Failed to build the OtreeSet\n");
     return KOR_OK;
 }
 
-u32 rebuild(const list &rules)
+u32 rebuild_list(const rule_list &rules)
 {
-    OVK_TRY_RTE(rules.module, build(rules), KOR_E_OTREESET_BUILD,
+    OVK_TRY_RTE(rules.module, build_list(rules), KOR_E_OTREESET_BUILD,
                 "RTE Error: %s, Failed to re-build the OtreeSet\n");
     return KOR_OK;
 }
@@ -165,30 +167,23 @@ u32 build_mac(vector_pattern &vptn, field index, bool used, const u8 *mac, u32 b
     });
 }
 
-u32 build_optional(vector_pattern &vptn, field index, bool used, u32 value)
-{
-    return vptn.build(index, [&](kor_ptn &pattern) -> u32 {
-        return used ? ovk_ptn_extend(&pattern, value, field_bits[index]) : u32{KOR_OK};
-    });
-}
-
 // The five fields behind the selector, in order; a field that isn't used is an empty pattern.
-u32 build_fields(list &rules, const ovk_ethernet_ingress_extended_flow_data &rule)
+u32 build_fields(rule_list &rules, const ovk_ethernet_ingress_extended_flow_data &rule)
 {
     const auto uses = [&](u32 bit) { return (rule.flags & bit) != 0; };
     const u32 llc = u32{rule.llc[0]} << 16 | u32{rule.llc[1]} << 8 | u32{rule.llc[2]};
     const u32 protocol = uses(match_ether_type) ? rule.ether_type : llc;
     vector_pattern &vptn = rules.vptn;
 
-    u32 status = build_optional(vptn, protocol_field, uses(match_ether_type | match_llc), protocol);
+    u32 status = vptn.build_number(protocol_field, protocol, uses(match_ether_type | match_llc));
     if (status == KOR_OK)
         status = build_mac(vptn, dest_mac_field, uses(match_dest_mac), rule.dmac, rule.dmac_len);
     if (status == KOR_OK)
         status = build_mac(vptn, source_mac_field, uses(match_source_mac), rule.smac, rule.smac_len);
     if (status == KOR_OK)
-        status = build_optional(vptn, vlan_field, uses(match_vlan), rule.vlan_id);
+        status = vptn.build_number(vlan_field, rule.vlan_id, uses(match_vlan));
     if (status == KOR_OK)
-        status = build_optional(vptn, priority_field, uses(match_priority), rule.pcp);
+        status = vptn.build_number(priority_field, rule.pcp, uses(match_priority));
     return status == KOR_OK ? status : bad_key(rules.module, status);
 }
 
@@ -222,7 +217,7 @@ u32 make_action(ovk_module *module, const ovk_ethernet_flow_action &action, u8 f
     }
 }
 
-u32 remove_rule(const list &rules, u32 count)
+u32 remove_rule(const rule_list &rules, u32 count)
 {
     ovk_module *module = rules.module;
 
@@ -235,10 +230,10 @@ u32 remove_rule(const list &rules, u32 count)
         module,
         kor_ptn_otreeset_delete(module->rte_handle, rules.tree.tree_id, rules.index, rules.vptn.fields),
         KOR_E_OTREESET_DELETE, "RTE Error: %s, Failed to delete the OtreeSet rule\n");
-    return rebuild(rules);
+    return rebuild_list(rules);
 }
 
-u32 insert_rule(list &rules, u32 count, const ovk_ethernet_ingress_extended_flow_data &rule,
+u32 insert_rule(rule_list &rules, u32 count, const ovk_ethernet_ingress_extended_flow_data &rule,
                 const ovk_ethernet_flow_action &action, u8 flag, u32 flow_id)
 {
     ovk_module *module = rules.module;
@@ -254,10 +249,10 @@ u32 insert_rule(list &rules, u32 count, const ovk_ethernet_ingress_extended_flow
                 kor_ptn_otreeset_insert(module->rte_handle, rules.tree.tree_id, rules.index, field_count,
                                         rules.vptn.fields, &rule_action),
                 KOR_E_OTREESET_INSERT, "RTE Error: %s, Failed to insert rule in the OtreeSet\n");
-    return rebuild(rules);
+    return rebuild_list(rules);
 }
 
-list list_of(ovk_module *module, u32 index)
+rule_list list_of(ovk_module *module, u32 index)
 {
     return {module, ovk::tree_of(module, OVK_ETH_TREE_ETHERNET_ASSOCIATION), {}, index};
 }
@@ -267,12 +262,12 @@ list list_of(ovk_module *module, u32 index)
 u32 ovk_eth_default_association(ovk_module *module, u32 op, u32 selector)
 {
     return ovk::internal_call(OVK_CALLER, module, [&]() -> u32 {
-        list rules = list_of(module, 0);
+        rule_list rules = list_of(module, 0);
         // Full-width wildcards, but for the selector.
         for (u32 index = 0; index < field_count; index++)
             rules.vptn.fields[index].pattern.width = field_bits[index];
 
-        u32 status = select(rules, selector);
+        u32 status = build_selector(rules, selector);
         if (status == KOR_OK)
             status = set_default(rules, op);
         const kor_ptn &pattern = rules.vptn[selector_field];
@@ -285,9 +280,9 @@ u32 ovk_eth_association(ovk_module *module, u32 op, u32 selector, u32 index,
                         const ovk_ethernet_ingress_extended_flow_data *rule,
                         const ovk_ethernet_flow_action *action, u8 flag, u32 flow_id)
 {
-    const auto change = [&](list &rules) -> u32 {
+    const auto change = [&](rule_list &rules) -> u32 {
         u32 count = 0;
-        OVK_TRY(select(rules, selector));
+        OVK_TRY(build_selector(rules, selector));
         OVK_TRY_RTE(
             module,
             kor_ptn_otreeset_novrules(module->rte_handle, rules.tree.tree_id, rules.vptn.fields, &count),
@@ -303,7 +298,7 @@ u32 ovk_eth_association(ovk_module *module, u32 op, u32 selector, u32 index,
     };
 
     return ovk::internal_call(OVK_CALLER, module, [&] {
-        list rules = list_of(module, index);
+        rule_list rules = list_of(module, index);
         const u32 status = change(rules);
         rules.vptn.free();
         return status;

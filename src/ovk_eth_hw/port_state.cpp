@@ -37,10 +37,9 @@ constexpr u32 second_bank_offset = 256;
 u32 write_flow_data(ovk_module *module, u32 if_id, const intf_flow_data &data)
 {
     const kor_vp vp = ovk::object_of(module).vp_egress_encap_ipv4;
-    OVK_TRY_RTE(module, kor_vp_flow_data_write(vp, 0, if_id, &data), KOR_E_VP_FLOW_DATA,
-                "RTE Error: %s, Failed to write flow data\n");
-    OVK_TRY_RTE(module, kor_vp_flow_data_write(vp, 1, if_id + second_bank_offset, &data),
-                KOR_E_VP_FLOW_DATA, "RTE Error: %s, Failed to write flow data\n");
+    for (const u32 bank : {0u, 1u})
+        OVK_TRY_RTE(module, kor_vp_flow_data_write(vp, bank, if_id + (bank * second_bank_offset), &data),
+                    KOR_E_VP_FLOW_DATA, "RTE Error: %s, Failed to write flow data\n");
     return KOR_OK;
 }
 

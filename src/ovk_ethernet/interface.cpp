@@ -32,11 +32,6 @@ constexpr ovk_eth_mac_prefix broadcast = {.mac = {0xff, 0xff, 0xff, 0xff, 0xff, 
 constexpr char routed_pipeline[] = "ethernet_hsw_higher_layer_forward";
 constexpr char other_pipeline[] = "ethernet_static_forwarding";
 
-u32 out_of_memory(ovk_module *module)
-{
-    return OVK_FAIL_FATAL(module, KOR_E_NO_MEMORY, "Memory allocation failed\n");
-}
-
 ovk_sif_demux_entry demux_entry(const ovk_eth_module_object &object, const ovk_eth_intf &port)
 {
     return {.entry_fn_id = object.cpu_entry_fn_id, .port_value = static_cast<u16>(port.if_id)};
@@ -70,7 +65,7 @@ u32 fill_record(ovk_module *module, ovk_eth_intf &port, const ovk_ethernet_intf_
     ovk_eth_vlan_entry *&table = object.hsw_port_vlan_table[port.hsw_if_id];
     table = static_cast<ovk_eth_vlan_entry *>(kor_nvm_calloc(OVK_ETH_VLAN_IDS, sizeof(ovk_eth_vlan_entry)));
     if (table == nullptr)
-        return out_of_memory(module);
+        return OVK_FAIL_FATAL(module, KOR_E_NO_MEMORY, "Memory allocation failed\n");
     for (ovk_eth_aggr_slot &slot : object.aggr_slots)
         slot.port_key_slot[port.hsw_if_id] = no_key_slot;
     port.phy.attrs = attrs;
@@ -186,20 +181,21 @@ u32 add_addresses(ovk_module *module, const ovk_eth_intf &port)
     return ovk_eth_if_info_se_set(module, object.flow_info_first_id + port.if_id, mac, attrs.encap_type);
 }
 
-u32 bring_up(ovk_module *module, ovk_eth_intf &port, const ovk_ethernet_intf_attrs &attrs)
+// `port` is a record that fill_record() has filled.
+u32 bring_up(ovk_module *module, ovk_eth_intf &port)
 {
     ovk_eth_module_object &object = ovk::object_of(module);
+    const ovk_ethernet_intf_attrs &attrs = port.phy.attrs;
     const u32 if_num = attrs.if_num;
     const char *pipeline =
         attrs.fwd_mode == OVK_ETHERNET_FWD_MODE_HIGHER_LAYER ? routed_pipeline : other_pipeline;
 
-    OVK_TRY(fill_record(module, port, attrs));
     OVK_TRY(take_counters(module, port));
     OVK_TRY(add_identity(module, port));
     OVK_TRY(ovk_eth_link_tag_msb(module, if_num, port.hsw_if_id, &port.phy.tag_start, &port.phy.tag_stop));
     OVK_TRY(ovk_eth_set_gatr_port_attr(module, if_num, pipeline, nullptr));
     OVK_TRY(enter_switch(module, port));
-    OVK_TRY(set_up_mac(module, port.phy.attrs));
+    OVK_TRY(set_up_mac(module, attrs));
     OVK_TRY(add_addresses(module, port));
     const ovk_sif_demux_entry entry = demux_entry(object, port);
     if (const u32 rc = ovk_sif_netDriver_demux_add(module->parent, &entry))
@@ -225,16 +221,18 @@ u32 create(ovk_module *module, const ovk_ethernet_intf_attrs &attrs, ovk_etherne
                         "Interface handle for specified port already exsits: 0x%08x\n", word(owner));
     auto *port = static_cast<ovk_eth_intf *>(kor_nvm_calloc(1, sizeof(ovk_eth_intf)));
     if (port == nullptr)
-        return out_of_memory(module);
+        return OVK_FAIL_FATAL(module, KOR_E_NO_MEMORY, "Memory allocation failed\n");
     port->eth_handle = module;
     port->if_guard = OVK_ETH_IF_GUARD;
     port->if_magic = OVK_ETH_IF_MAGIC;
     // The caller sees the handle before the work is done, and loses it again if it fails.
     *if_handle = port;
-    return bring_up(module, *port, attrs);
+    OVK_TRY(fill_record(module, *port, attrs));
+    return bring_up(module, *port);
 }
 
-// Most of what create did, in another order. What it leaves is the port adapter's settings.
+// Most of what create did, in another order. It leaves the adapter's and the switch's settings, the port's
+// record in state memory and its home keys.
 u32 take_down(ovk_module *module, ovk_eth_intf &port)
 {
     ovk_eth_module_object &object = ovk::object_of(module);
