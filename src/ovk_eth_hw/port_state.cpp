@@ -37,7 +37,7 @@ constexpr u32 second_bank_offset = 256;
 u32 write_flow_data(ovk_module *module, u32 if_id, const intf_flow_data &data)
 {
     const kor_vp vp = ovk::object_of(module).vp_egress_encap_ipv4;
-    for (const u32 bank : {0u, 1u})
+    for (u32 bank = 0; bank < 2; bank++)
         OVK_TRY_RTE(module, kor_vp_flow_data_write(vp, bank, if_id + (bank * second_bank_offset), &data),
                     KOR_E_VP_FLOW_DATA, "RTE Error: %s, Failed to write flow data\n");
     return KOR_OK;
