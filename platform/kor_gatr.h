@@ -128,7 +128,7 @@ u32 kor_gatr_port_ingress_parsing_options_set(kor_rte rte, u32 channel,
 u32 kor_gatr_port_ingress_vlan_set(kor_rte rte, u32 channel, u32 vlan, u32 flag);
 u32 kor_gatr_port_ingress_vlan_rem(kor_rte rte, u32 channel, u32 vlan);
 
-/* Customer VLAN id of a frame to VLAN of the switch. */
+/* Customer VLAN id of a frame to VLAN of the switch. To remove one that has no VLAN succeeds. */
 u32 kor_gatr_port_ingress_qinq_cvlan_map_set(kor_rte rte, u32 channel, u32 cvlan, u32 vlan);
 u32 kor_gatr_port_ingress_qinq_cvlan_map_rem(kor_rte rte, u32 channel, u32 cvlan);
 

@@ -2,6 +2,7 @@
 /* The port adapter: what a channel's MAC does, and where its frames go. */
 #include "call.h"
 #include "chip.h"
+#include "record.h"
 
 #include <algorithm>
 #include <bit>
@@ -223,17 +224,10 @@ u32 kor_gatr_port_vp_set(kor_rte rte, u32 channel, u32 tagged, const char *vp_na
 
 u32 kor_gatr_common_vps_bridging_vp_get(kor_rte rte, u32 id, kor_gatr_bridging_vp *out)
 {
-    return platform<"kor_gatr_common_vps_bridging_vp_get">(With{rte, id}, [&]() -> u32 {
-        *given(out, "output") = bridging_vp_at(rte, id);
-        return 0;
-    });
+    return get_record<"kor_gatr_common_vps_bridging_vp_get">(rte, id, out, bridging_vp_at);
 }
 
 u32 kor_gatr_common_vps_bridging_vp_set(kor_rte rte, u32 id, const kor_gatr_bridging_vp *record)
 {
-    return platform<"kor_gatr_common_vps_bridging_vp_set">(
-        With{rte, id, BytesArg{record, sizeof *record}}, [&]() -> u32 {
-            bridging_vp_at(rte, id) = *given(record, "record");
-            return 0;
-        });
+    return set_record<"kor_gatr_common_vps_bridging_vp_set">(rte, id, record, bridging_vp_at);
 }

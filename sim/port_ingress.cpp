@@ -2,44 +2,45 @@
 /* The port adapter: how a channel's frames are parsed and in which VLANs they enter the switch. */
 #include "call.h"
 #include "chip.h"
+#include "record.h"
 
 using namespace sim;
 
 static_assert(sizeof(kor_gatr_ingress_options) == 24 && sizeof(kor_gatr_parsing_options) == 16);
 
+namespace {
+
+kor_gatr_ingress_options &ingress_options(kor_rte rte, u32 channel)
+{
+    return port_at(rte, channel).ingress_options;
+}
+
+kor_gatr_parsing_options &parsing_options(kor_rte rte, u32 channel)
+{
+    return port_at(rte, channel).parsing_options;
+}
+
+} // namespace
+
 u32 kor_gatr_port_ingress_options_get(kor_rte rte, u32 channel, kor_gatr_ingress_options *out)
 {
-    return platform<"kor_gatr_port_ingress_options_get">(With{rte, channel}, [&]() -> u32 {
-        *given(out, "output") = port_at(rte, channel).ingress_options;
-        return 0;
-    });
+    return get_record<"kor_gatr_port_ingress_options_get">(rte, channel, out, ingress_options);
 }
 
 u32 kor_gatr_port_ingress_options_set(kor_rte rte, u32 channel, const kor_gatr_ingress_options *options)
 {
-    return platform<"kor_gatr_port_ingress_options_set">(
-        With{rte, channel, BytesArg{options, sizeof *options}}, [&]() -> u32 {
-            port_at(rte, channel).ingress_options = *given(options, "options");
-            return 0;
-        });
+    return set_record<"kor_gatr_port_ingress_options_set">(rte, channel, options, ingress_options);
 }
 
 u32 kor_gatr_port_ingress_parsing_options_get(kor_rte rte, u32 channel, kor_gatr_parsing_options *out)
 {
-    return platform<"kor_gatr_port_ingress_parsing_options_get">(With{rte, channel}, [&]() -> u32 {
-        *given(out, "output") = port_at(rte, channel).parsing_options;
-        return 0;
-    });
+    return get_record<"kor_gatr_port_ingress_parsing_options_get">(rte, channel, out, parsing_options);
 }
 
 u32 kor_gatr_port_ingress_parsing_options_set(kor_rte rte, u32 channel,
                                               const kor_gatr_parsing_options *options)
 {
-    return platform<"kor_gatr_port_ingress_parsing_options_set">(
-        With{rte, channel, BytesArg{options, sizeof *options}}, [&]() -> u32 {
-            port_at(rte, channel).parsing_options = *given(options, "options");
-            return 0;
-        });
+    return set_record<"kor_gatr_port_ingress_parsing_options_set">(rte, channel, options, parsing_options);
 }
 
 u32 kor_gatr_port_ingress_vlan_set(kor_rte rte, u32 channel, u32 vlan, u32 flag)

@@ -2,6 +2,7 @@
 /* The switch front end's ports, and its sets of virtual ports. */
 #include "call.h"
 #include "chip.h"
+#include "record.h"
 
 namespace sim {
 
@@ -15,6 +16,16 @@ constexpr u32 virtual_ports = 64;
 constexpr u64 port_set(u32 low, u32 high)
 {
     return u64{high} << 32 | low;
+}
+
+kor_gatr_bridge_port_attrs &bridge_attrs(kor_rte rte, u32 channel)
+{
+    return switch_port_at(rte, channel).bridge_attrs;
+}
+
+kor_gatr_acl_port_cfg &acl_settings(kor_rte rte, u32 channel)
+{
+    return switch_port_at(rte, channel).acl;
 }
 
 } // namespace
@@ -76,36 +87,22 @@ u32 kor_gatr_switch_bridge_port_learn_attrs_set(kor_rte rte, u32 channel, u32 le
 
 u32 kor_gatr_switch_bridge_port_attrs_get(kor_rte rte, u32 channel, kor_gatr_bridge_port_attrs *out)
 {
-    return platform<"kor_gatr_switch_bridge_port_attrs_get">(With{rte, channel}, [&]() -> u32 {
-        *given(out, "output") = switch_port_at(rte, channel).bridge_attrs;
-        return 0;
-    });
+    return get_record<"kor_gatr_switch_bridge_port_attrs_get">(rte, channel, out, bridge_attrs);
 }
 
 u32 kor_gatr_switch_bridge_port_attrs_set(kor_rte rte, u32 channel, const kor_gatr_bridge_port_attrs *attrs)
 {
-    return platform<"kor_gatr_switch_bridge_port_attrs_set">(
-        With{rte, channel, BytesArg{attrs, sizeof *attrs}}, [&]() -> u32 {
-            switch_port_at(rte, channel).bridge_attrs = *given(attrs, "attributes");
-            return 0;
-        });
+    return set_record<"kor_gatr_switch_bridge_port_attrs_set">(rte, channel, attrs, bridge_attrs);
 }
 
 u32 kor_gatr_switch_acl_port_cfg_get(kor_rte rte, u32 channel, kor_gatr_acl_port_cfg *out)
 {
-    return platform<"kor_gatr_switch_acl_port_cfg_get">(With{rte, channel}, [&]() -> u32 {
-        *given(out, "output") = switch_port_at(rte, channel).acl;
-        return 0;
-    });
+    return get_record<"kor_gatr_switch_acl_port_cfg_get">(rte, channel, out, acl_settings);
 }
 
 u32 kor_gatr_switch_acl_port_cfg_set(kor_rte rte, u32 channel, const kor_gatr_acl_port_cfg *cfg)
 {
-    return platform<"kor_gatr_switch_acl_port_cfg_set">(
-        With{rte, channel, BytesArg{cfg, sizeof *cfg}}, [&]() -> u32 {
-            switch_port_at(rte, channel).acl = *given(cfg, "settings");
-            return 0;
-        });
+    return set_record<"kor_gatr_switch_acl_port_cfg_set">(rte, channel, cfg, acl_settings);
 }
 
 u32 kor_gatr_switch_acl_build(kor_rte rte)
