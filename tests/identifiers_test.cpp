@@ -124,14 +124,16 @@ TEST_F(InterfaceChecks, PortAttributesAreCheckedInOrder)
 {
     using attrs = ovk_ethernet_intf_attrs;
     const std::string xgmac = "Incompatible duplex/autoneg setting for port configured as XGMAC port";
+    const std::string encap = "Invalid encapsulation type OVK_ETHERNET_ENCAP_";
     const std::string mac = "Source MAC address 03-1b-19-a0-b1-c2 must not be multicast";
     const repair<attrs> rows[] = {
         {0x2000006, "Invalid port number 130", [](attrs &a) { a.if_num = 0x71; }},
         {0x2000019, "Unsupported Forwarding Mode 6", [](attrs &a) { a.fwd_mode = 0; }},
         {0x2000019, "Unsupported Forwarding Mode 0", [](attrs &a) { a.fwd_mode = 1; }},
+        {0x2000013, "Invalid output rate UNKNOWN_RATE", [](attrs &a) { a.output_rate = 0; }},
         {0x2000013, "Invalid output rate UNKNOWN_RATE", [](attrs &a) { a.output_rate = 5; }},
-        {0x2000017, "Invalid encapsulation type OVK_ETHERNET_ENCAP_MAX",
-         [](attrs &a) { a.encap_type = 2; }},
+        {0x2000017, encap + "MAX", [](attrs &a) { a.encap_type = 0; }},
+        {0x2000017, encap + "INVALID", [](attrs &a) { a.encap_type = 2; }},
         {0x200000d, mac, [](attrs &a) { a.src_mac[0] = 2; }},
         {0x200001d, xgmac, [](attrs &a) { a.full_duplex = 1; }},
         {0x200001d, xgmac, [](attrs &a) { a.autoneg = 2; }},
@@ -169,13 +171,15 @@ TEST_F(InterfaceChecks, AggregateAttributesAreCheckedInOrder)
     using attrs = ovk_ethernet_aggr_intf_attrs;
     const std::string mac = "Source MAC address ff-ff-ff-ff-ff-ff must not be multicast";
     const std::string encap = "Invalid encapsulation type OVK_ETHERNET_ENCAP_UNKNOWN";
+    const std::string mode = "Invalid Forwarding Mode OVK_ETHERNET_FWD_MODE_";
     const std::string qos = "Invalid qos mode for aggregated link ";
     const repair<attrs> rows[] = {
-        {0x2000019, "Invalid Forwarding Mode OVK_ETHERNET_FWD_MODE_MAX", [](attrs &a) { a.fwd_mode = 5; }},
+        {0x2000019, mode + "MAX", [](attrs &a) { a.fwd_mode = 0; }},
+        {0x2000019, mode + "INVALID", [](attrs &a) { a.fwd_mode = 5; }},
         {0x2000017, encap, [](attrs &a) { a.encap_type = 1; }},
         {0x200000d, mac, [](attrs &a) { a.src_mac[0] = 0xfe; }},
         {0x2000018, qos, [](attrs &a) { a.qos_mode = 3; }},
-        {0x2000018, qos, [](attrs &a) { a.qos_mode = 2; }},
+        {0x2000018, qos, [](attrs &a) { a.qos_mode = 1; }},
     };
     attrs given = {{0xff, 0xff, 0xff, 0xff, 0xff, 0xff}, 9, 6, 0};
     const auto check = [&] { return ovk_eth_valid_aggr_intf_attrs(module(), &given); };
@@ -183,6 +187,8 @@ TEST_F(InterfaceChecks, AggregateAttributesAreCheckedInOrder)
         expect(check, status, message);
         put_right(given);
     }
+    EXPECT_EQ(check(), 0u);
+    given = {{2}, 2, 1, 2};
     EXPECT_EQ(check(), 0u);
 }
 

@@ -238,8 +238,13 @@ TEST_F(Interface, SomePortsAndSomeHostsKeepTheirMac)
 {
     const struct {
         u32 number, override;
-        size_t speed, enable, statistics; // calls at create; at delete as many enables
-    } rows[] = {{0, 0, 0, 4, 1}, {1, 0, 2, 4, 1}, {0x13, 0x100, 2, 4, 1}, {0x70, 0x101, 0, 0, 0}};
+        size_t speed, enable, statistics; // calls at create
+        size_t disable;                   // and at delete
+        std::string on;                   // receiver and transmitter
+    } rows[] = {{0, 0, 0, 4, 1, 4, "1 1"},
+                {1, 0, 2, 3, 1, 3, "0 1"},
+                {0x13, 0x100, 2, 3, 1, 3, "1 0"},
+                {0x70, 0x101, 0, 0, 0, 0, "0 0"}};
     std::vector<u8> cleared(300, 0xee);
     std::fill_n(cleared.begin(), 256, 0);
     sim::journal_on(true);
@@ -257,6 +262,8 @@ TEST_F(Interface, SomePortsAndSomeHostsKeepTheirMac)
         for (u8 octet = 1; octet < 5; octet++)
             attrs.src_mac[octet] = 0xa0 + octet;
         attrs.autoneg = row.number != 0 ? 1 : 0;
+        attrs.rx_enable = row.number != 1;
+        attrs.tx_enable = row.number != 0x13;
 
         const auto calls = [](const char *prefix) { return sim::journal::ops(prefix).size(); };
         sim::journal::clear();
@@ -272,10 +279,13 @@ TEST_F(Interface, SomePortsAndSomeHostsKeepTheirMac)
         EXPECT_EQ(calls("kor_mac_speed"), row.speed);
         EXPECT_EQ(calls("kor_gatr_port_enable"), row.enable);
         EXPECT_EQ(calls("kor_gatr_mac_addr_set"), 1u);
+        EXPECT_EQ(
+            printed("%u %u", sim::port(host().rte(), channel).rx, sim::port(host().rte(), channel).tx),
+            row.on);
         EXPECT_EQ(sim::port(host().rte(), channel).rx_counters[0], row.statistics != 0 ? 0u : 8u);
         EXPECT_EQ(sim::state(host().rte(), id, 300), cleared);
         EXPECT_EQ(remove(), 0u);
-        EXPECT_EQ(calls("kor_gatr_port_enable"), row.enable * 2);
+        EXPECT_EQ(calls("kor_gatr_port_enable"), row.enable + row.disable);
     }
 }
 

@@ -180,7 +180,7 @@ TEST_F(PortControl, TaskPrioritiesGoToThreePipelinesInOrder)
     u8 *const stored = ovk::object_of(module()).pcp_to_task_pri;
     const string before = host().image(), old(stored, stored + 8),
                  map = " = 8081828331323334353637388c8d8e8f90919293 ";
-    for (const char *zero : {"\0002345678", "1234567", "123\0005678"})
+    for (const char *zero : {"\0002345678", "1234567", "123\0005678", static_cast<const char *>(nullptr)})
         EXPECT_EQ(set(zero), 8u);
     EXPECT_EQ(host().image() + string(stored, stored + 8), before + old);
     EXPECT_EQ(changes(host(), [&] { return set("12345678"); }),
