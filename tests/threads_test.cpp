@@ -110,4 +110,37 @@ TEST_F(Threads, CallsOnOneModuleAndOnTwoDontDisturbEachOther)
     EXPECT_EQ(sim::lock_depth(other.lock()), 0u);
 }
 
+TEST_F(Threads, PortsComeAndGoBesideEachOther)
+{
+    ASSERT_EQ(ovk_ethernet_init(module()), 0u);
+    const size_t memory = sim::heap::live_bytes();
+    std::atomic<u32> won = 0;
+    const auto work = [&](u32 number) {
+        const auto own = test::port_attrs(number, 2), contested = test::port_attrs(0x20, 4);
+        for (u32 round = 0; round < 40; round++) {
+            ovk_ethernet_if_handle port = nullptr, prize = nullptr;
+            ovk_eth_port_stats stats;
+            EXPECT_EQ(ovk_ethernet_interface_create(module(), &own, &port), 0u);
+            EXPECT_EQ(ovk_ethernet_vlan_id_add(module(), port, round, 5), 0u);
+            EXPECT_EQ(ovk_ethernet_port_statistics_get(module(), port, &stats, 1), 0u);
+            const u32 status = ovk_ethernet_interface_create(module(), &contested, &prize);
+            EXPECT_EQ(status, prize != nullptr ? 0u : 0x2000027u);
+            if (prize != nullptr) {
+                EXPECT_EQ(ovk_ethernet_interface_delete(module(), prize), 0u);
+                won++;
+            }
+            EXPECT_EQ(ovk_ethernet_vlan_id_del(module(), port, round, 5), 0u);
+            EXPECT_EQ(ovk_ethernet_interface_delete(module(), port), 0u);
+        }
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (const u32 number : {0x10u, 0x11u, 0x12u})
+            threads.emplace_back(work, number);
+    }
+    EXPECT_GE(won, 1u);
+    EXPECT_EQ(sim::heap::live_bytes(), memory);
+    EXPECT_EQ(sim::ids_in_use(host().rte(), "interface_ids"), std::vector<u32>{});
+}
+
 } // namespace

@@ -3,8 +3,8 @@
 set -euo pipefail
 shell=$1
 mapfile -t commands < <("$shell" <<<help | sed -nE 's/^  ([a-z0-9-]+( [a-z0-9-]+)?)  .*/\1/p')
-((${#commands[@]} > 50))
+((${#commands[@]} > 50)) || { echo "only ${#commands[@]} commands are listed"; exit 1; }
 examples=$(printf 'help %s\n' "${commands[@]}" | "$shell" | sed -n 's/^example: //p')
 output=$(printf '%s\n' init 'port p1 = interface create 0x11 routed' "$examples" | grep -v '^help' | "$shell" --keep-going) || true
-(($(wc -l <<<"$examples") > 35))
+(($(wc -l <<<"$examples") > 35)) || { echo "few examples: $examples"; exit 1; }
 ! grep -B3 '^usage:\|no command' <<<"$output"

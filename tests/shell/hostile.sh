@@ -24,6 +24,7 @@ check 1 $'bytes\novk> init\n-> 0 ok' "$dir/long"
 for ((byte = 0; byte < 256; byte++)); do printf "init \\x$(printf %02x $byte)%s\n" tail; done >"$dir/bytes"
 check 1 "'\\x00'" "$dir/bytes"
 check 1 "can't be read" "$dir"
+"$shell" "$dir/no-newline" >/dev/full && exit 1 # nobody saw what came of it
 # No such script; one line without end, which is the first failure; no library.
 for arguments in "$dir/absent" /dev/zero "--library $dir/empty $dir/empty"; do
     # shellcheck disable=SC2086
