@@ -6,8 +6,8 @@
  * to come first, the handle (OVK_ETHERNET_E_INVALID_IF_HANDLE), the kind (OVK_ETHERNET_E_INCOMPAT_IF_TYPE),
  * and then the rest. Any may return the system module's status for a port without a MAC channel.
  *
- * Ports 0 and 8 are the 10-gigabit ports: their rate, duplex and auto-negotiation are fixed, and the calls
- * for them give OVK_ETHERNET_E_INCOMPAT_PORT_TYPE.
+ * The port numbers 0 and 8, of which only 0 is in use, are taken for 10-gigabit ports: their rate, duplex and
+ * auto-negotiation are fixed, and the calls for them give OVK_ETHERNET_E_INCOMPAT_PORT_TYPE.
  */
 #ifndef OVK_ETHERNET_PORT_H
 #define OVK_ETHERNET_PORT_H

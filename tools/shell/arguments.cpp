@@ -5,7 +5,6 @@
 #include "session.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace shell {
 
@@ -110,8 +109,14 @@ const Enumeration forwarding_modes{"a forwarding mode",
                                     {"trunk", OVK_ETHERNET_FWD_MODE_SWITCH_TRUNK},
                                     {"tunnel", OVK_ETHERNET_FWD_MODE_SWITCH_TUNNEL},
                                     {"routed", OVK_ETHERNET_FWD_MODE_HIGHER_LAYER}}};
-const Enumeration rates{
-    "a rate", ovk_eth_port_rate_name, OVK_ETHERNET_SPEED_10M, {{"2.5g", OVK_ETHERNET_SPEED_2_5G}}};
+const Enumeration rates{"a rate",
+                        ovk_eth_port_rate_name,
+                        OVK_ETHERNET_SPEED_10M,
+                        {{"10M", OVK_ETHERNET_SPEED_10M},
+                         {"100M", OVK_ETHERNET_SPEED_100M},
+                         {"1G", OVK_ETHERNET_SPEED_1G},
+                         {"2.5G", OVK_ETHERNET_SPEED_2_5G},
+                         {"10G", OVK_ETHERNET_SPEED_10G}}};
 const Enumeration duplexes{"a duplex", ovk_eth_mac_duplex_name, OVK_ETHERNET_DUPLEX_HALF};
 const Enumeration pause_policies{"a policy for PAUSE frames", ovk_eth_flow_control_policy_name,
                                  OVK_ETHERNET_FLOW_CONTROL_RESPOND};
@@ -131,10 +136,12 @@ std::string Enumeration::prefix() const
 Names Enumeration::names() const
 {
     const std::size_t shared = prefix().size();
-    Names all = full_names(*this);
-    for (auto &row : all)
-        row.first = lower(row.first.substr(shared));
-    all.insert(all.end(), more.begin(), more.end());
+    Names all = usual;
+    for (const auto &[full, value] : full_names(*this)) {
+        const std::string own = lower(full.substr(shared));
+        if (std::none_of(all.begin(), all.end(), [&](const auto &row) { return same(row.first, own); }))
+            all.emplace_back(own, value);
+    }
     return all;
 }
 
@@ -147,14 +154,13 @@ std::string Enumeration::text(u32 value) const
     return std::to_string(value);
 }
 
-Parameter number(const char *name, u64 max, u64 min)
+Parameter number(const char *name, const char *what, u64 max, u64 min)
 {
-    char what[64];
     const auto limit = static_cast<unsigned long long>(max);
-    std::snprintf(what, sizeof what,
-                  max < 0xFFFF ? "a number from %u to %llu" : "a number from %u to 0x%llx",
-                  static_cast<u32>(min), limit);
-    return {name, what, {}, {}, number_within(min, max)};
+    const std::string range =
+        format(max < 0xFFFF ? "a number from %llu to %llu" : "a number from %llu to 0x%llx",
+               static_cast<unsigned long long>(min), limit);
+    return {name, *what ? what : range, {}, {}, number_within(min, max)};
 }
 
 Parameter one_of(const char *name, const Enumeration &enumeration)
@@ -197,7 +203,7 @@ Parameter mac(const char *name)
 
 Parameter new_name(const char *name)
 {
-    return {name, "a name: a letter, then letters, digits, '-' or '_'", {}, {}, take_name};
+    return {name, "a name: a letter, then up to 30 letters, digits, '-' or '_'", {}, {}, take_name};
 }
 
 Parameter byte_pair(const char *name)
@@ -222,7 +228,7 @@ Parameter interface(const char *name)
             known.push_back(interface.first);
         return numbered(known);
     };
-    return {name, "an interface (0 for the null handle, or the name of one)", {}, names};
+    return {name, "an interface: its name, or 0 for the null handle", {}, names};
 }
 
 Parameter tree(const char *name)
@@ -289,9 +295,8 @@ Value read(const Session &session, const Parameter &parameter, const std::string
         return out;
     if (parameter.what == parameter.name)
         throw Wrong(quoted(word) + " stands in the place of " + quoted(parameter.name));
-    const Words hints = near(brief, names_of(session, parameter));
     throw Wrong(parameter.name + ": " + quoted(word) + " isn't " + parameter.what +
-                (hints.empty() ? "" : "; near: " + join(hints)));
+                hint(near(brief, names_of(session, parameter))));
 }
 
 } // namespace shell

@@ -44,10 +44,10 @@ struct Enumeration {
     const char *title; // with its article
     const char *(*name)(u32);
     u32 first;
-    Names more{}; // other words for the same values
+    Names usual{}; // what people call the values, before the library's names
 
-    std::string prefix() const;        // what all names share
-    Names names() const;               // without it
+    std::string prefix() const;        // what the library's names share
+    Names names() const;               // the usual ones, then the library's without the prefix
     std::string text(u32 value) const; // the first of its names, or the number
 };
 
@@ -73,7 +73,8 @@ struct Parameter {
     u32 with = 0;       // bits of the values of the enumeration before it that it goes with; 0: with any
 };
 
-Parameter number(const char *name, u64 max = 0xFFFFFFFF, u64 min = 0);
+// `what` tells what the library takes; it may be given any number that the call's type holds.
+Parameter number(const char *name, const char *what = "", u64 max = 0xFFFFFFFF, u64 min = 0);
 Parameter one_of(const char *name, const Enumeration &enumeration);
 Parameter status(const char *name, u64 min = 0);
 Parameter choice(const char *name, const Words &words, u64 first = 0); // numbered from `first`

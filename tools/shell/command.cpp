@@ -8,10 +8,21 @@ namespace shell {
 
 namespace {
 
-bool begins(const Command &command, const Words &words)
+// The command whose name the words begin with, the longest of them, taken off the words; null if none.
+const Command *take_name(Words &words)
 {
-    const Words name = split(command.name);
-    return words.size() >= name.size() && std::equal(name.begin(), name.end(), words.begin());
+    const Command *found = nullptr;
+    std::size_t most = 0;
+    for (const Command &command : all_commands()) {
+        const Words name = split(command.name);
+        if (name.size() > most && words.size() >= name.size() &&
+            std::equal(name.begin(), name.end(), words.begin())) {
+            found = &command;
+            most = name.size();
+        }
+    }
+    words.erase(words.begin(), words.begin() + static_cast<long>(most));
+    return found;
 }
 
 bool goes_with(const Parameter &parameter, u64 value)
@@ -40,6 +51,13 @@ const Parameter *find_key(const Command &command, const std::string &word)
             return &parameter;
     }
     return nullptr;
+}
+
+[[noreturn]] void missing(const Parameter &parameter)
+{
+    if (parameter.what == parameter.name)
+        throw Wrong(quoted(parameter.name) + " is missing");
+    throw Wrong(parameter.name + (parameter.keyed ? "=" : "") + " is missing: " + parameter.what);
 }
 
 std::string shape(const Parameter &parameter)
@@ -84,40 +102,42 @@ Words argument_candidates(const Session &session, const Command &command, const 
 
 } // namespace
 
-std::vector<const Command *> all_commands()
+void CommandTable::add(std::string name, std::vector<Parameter> parameters, std::string help,
+                       std::string example, Handler run)
 {
-    std::vector<const Command *> out;
-    for (const Commands *rows :
-         {&module_commands(), &interface_commands(), &counter_commands(), &show_commands(),
-          &port_show_commands(), &simulator_commands(), &shell_commands()}) {
-        for (const Command &row : *rows)
-            out.push_back(&row);
-    }
-    return out;
+    rows_.push_back(
+        {group_, std::move(name), std::move(parameters), std::move(help), std::move(example), run});
+}
+
+const std::vector<Command> &all_commands()
+{
+    static const CommandTable table = [] {
+        CommandTable out;
+        for (const auto add :
+             {add_module_commands, add_interface_commands, add_counter_commands, add_port_show_commands,
+              add_show_commands, add_simulator_commands, add_shell_commands})
+            add(out);
+        return out;
+    }();
+    return table.rows();
 }
 
 const Command &find_command(Words &words)
 {
-    const Command *found = nullptr;
-    Words names;
-    for (const Command *command : all_commands()) {
-        if (begins(*command, words) && (!found || found->name.size() < command->name.size()))
-            found = command;
-        names.push_back(command->name);
-    }
-    if (found) {
-        words.erase(words.begin(), words.begin() + static_cast<long>(split(found->name).size()));
+    if (const Command *found = take_name(words))
         return *found;
-    }
+    Words names;
+    for (const Command &command : all_commands())
+        names.push_back(command.name);
     Words hints;
-    std::copy_if(names.begin(), names.end(), std::back_inserter(hints),
-                 [&](const std::string &name) { return name.starts_with(words[0] + " "); });
-    if (hints.empty() && words.size() > 1)
+    if (words.size() > 1)
         hints = near(words[0] + " " + words[1], names);
     if (hints.empty())
+        std::copy_if(names.begin(), names.end(), std::back_inserter(hints),
+                     [&](const std::string &name) { return name.starts_with(words[0] + " "); });
+    if (hints.empty())
         hints = near(words[0], names);
-    throw Wrong("no command " + quoted(join(words, " ")) + (hints.empty() ? "" : "; near: " + join(hints)) +
-                "; 'help' lists all");
+    throw Wrong("no command " + quoted(join(words, " ")) + hint(hints) + "; 'help' lists all");
 }
 
 Arguments take_arguments(const Session &session, const Command &command, const Words &words)
@@ -132,7 +152,7 @@ Arguments take_arguments(const Session &session, const Command &command, const W
             continue;
         if (word == words.end() || (!parameter.needed && find_key(command, *word))) {
             if (parameter.needed)
-                throw Wrong(parameter.name + " is missing: " + parameter.what);
+                missing(parameter);
         } else if (parameter.rest) {
             value.given = true;
             value.words.assign(word, words.end());
@@ -155,7 +175,7 @@ Arguments take_arguments(const Session &session, const Command &command, const W
     }
     for (const Parameter &parameter : command.parameters) {
         if (parameter.keyed && parameter.needed && !out.given(parameter.name))
-            throw Wrong(parameter.name + "= is missing: " + parameter.what);
+            missing(parameter);
     }
     return out;
 }
@@ -180,6 +200,8 @@ void explain(const Command &command)
                     with.empty() ? "" : ("; only with " + with).c_str());
         enumeration = parameter.enumeration ? parameter.enumeration : enumeration;
     }
+    if (!command.example.empty())
+        std::printf("example: %s %s\n", command.name.c_str(), command.example.c_str());
 }
 
 Words complete(const Session &session, std::string_view line)
@@ -193,16 +215,12 @@ Words complete(const Session &session, std::string_view line)
         words.erase(words.begin());
 
     Words candidates;
-    const Command *command = nullptr;
-    for (const Command *row : all_commands()) {
-        const Words name = split(row->name);
-        if (begins(*row, words))
-            command = !command || command->name.size() < row->name.size() ? row : command;
-        else if (words.size() < name.size() && std::equal(words.begin(), words.end(), name.begin()))
+    for (const Command &command : all_commands()) {
+        const Words name = split(command.name);
+        if (words.size() < name.size() && std::equal(words.begin(), words.end(), name.begin()))
             candidates.push_back(name[words.size()]);
     }
-    if (command) {
-        words.erase(words.begin(), words.begin() + static_cast<long>(split(command->name).size()));
+    if (const Command *command = take_name(words)) {
         const Words more = argument_candidates(session, *command, words, last);
         candidates.insert(candidates.end(), more.begin(), more.end());
     }

@@ -9,9 +9,9 @@
  *     {
  *         s.call(&Calls::ovk_ethernet_priority_set, a.number("PORT"), a.number("PRIORITY"));
  *     }
- *     {"priority set", {number("PORT", 0xFF), number("PRIORITY", 7)}, "Sets ...", priority_set},
+ *     table.add("priority set", {number("PORT"), number("PRIORITY")}, "Sets ...", "0x11 7", priority_set);
  *
- * A handler finds its arguments checked. It throws Wrong for what the table can't tell, Failure for what
+ * Calls as plain as that one need no function: handlers.h has them ready. A handler finds its arguments checked. It throws Wrong for what the table can't tell, Failure for what
  * was asked rightly but can't be done.
  */
 #ifndef OVK_SHELL_COMMAND_H
@@ -19,27 +19,40 @@
 
 #include "arguments.h"
 
-#include <span>
-
 namespace shell {
 
+using Handler = void (*)(Session &, const Arguments &);
+
 struct Command {
-    std::string name; // one or two words
+    const char *group; // what 'help' lists it under
+    std::string name;  // one or two words
     std::vector<Parameter> parameters;
-    std::string help; // a sentence or two
-    void (*run)(Session &, const Arguments &);
+    std::string help;    // a sentence or two
+    std::string example; // of the arguments
+    Handler run;
 };
 
-using Commands = std::vector<Command>;
-const Commands &module_commands();
-const Commands &interface_commands();
-const Commands &counter_commands();
-const Commands &show_commands();
-const Commands &port_show_commands();
-const Commands &simulator_commands();
-const Commands &shell_commands();
+class CommandTable {
+  public:
+    void group(const char *title) { group_ = title; } // of the rows that follow
+    void add(std::string name, std::vector<Parameter> parameters, std::string help, std::string example,
+             Handler run);
+    const std::vector<Command> &rows() const { return rows_; }
 
-std::vector<const Command *> all_commands();
+  private:
+    const char *group_ = "";
+    std::vector<Command> rows_;
+};
+
+void add_module_commands(CommandTable &table);
+void add_interface_commands(CommandTable &table);
+void add_counter_commands(CommandTable &table);
+void add_show_commands(CommandTable &table);
+void add_port_show_commands(CommandTable &table);
+void add_simulator_commands(CommandTable &table);
+void add_shell_commands(CommandTable &table);
+
+const std::vector<Command> &all_commands();
 
 // The command that the words begin with; throws Wrong. Takes its name off the words.
 const Command &find_command(Words &words);
@@ -49,7 +62,7 @@ Arguments take_arguments(const Session &session, const Command &command, const W
 
 std::string usage(const Command &command);
 
-// Usage, help text, and what each argument may be.
+// Usage, help text, what each argument may be, an example.
 void explain(const Command &command);
 
 // What may stand in the place of the last word of `line`, which may be empty.

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Counters: read through the library, fed through the simulator, where no frame ever passes.
-#include "command.h"
-#include "session.h"
+#include "handlers.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -49,6 +47,19 @@ constexpr const char *l2_counters =
     "rx_fcs_errors rx_too_long rx_mac_control rx_invalid_symbol rx_mac_errors rx_unknown_vlan rx_discards "
     "tx_bytes* tx_pkts* tx_mcast_pkts* tx_bcast_pkts*";
 
+// How many bytes a record of such counters has.
+constexpr std::size_t record_size(std::string_view list)
+{
+    std::size_t size = sizeof(u32);
+    for (const char c : list)
+        size += c == ' ' || c == '*' ? sizeof(u32) : 0;
+    return size;
+}
+static_assert(record_size(mac_counters) == sizeof(ovk_eth_port_stats));
+static_assert(record_size(interface_counters) == sizeof(ovk_eth_if_stats));
+static_assert(record_size(module_counters) == sizeof(ovk_eth_global_stats));
+static_assert(record_size(l2_counters) == sizeof(ovk_eth_l2_stats));
+
 struct Field {
     std::string name;
     u32 offset;
@@ -78,61 +89,41 @@ std::optional<Field> find(const char *list, const std::string &name)
     return std::nullopt;
 }
 
-template <class Record>
-void print(const Record &record, const char *list)
+// The counters of a record that aren't 0.
+void print(const char *list, const void *record)
 {
-    Table table({"counter", "value"});
+    Table table({"Counter", "Value"});
     for (const Field &field : fields(list)) {
         u64 value = 0;
-        std::memcpy(&value, reinterpret_cast<const char *>(&record) + field.offset, field.size);
+        std::memcpy(&value, static_cast<const char *>(record) + field.offset, field.size);
         if (value)
             table.add({field.name, std::to_string(value)});
     }
     table.print("all counters are 0");
 }
 
-void counters_port(Session &s, const Arguments &a)
-{
-    ovk_eth_port_stats stats{};
-    if (s.call(&Calls::ovk_ethernet_port_statistics_get, s.interface(a.text("NAME")), &stats,
-               a.number("clear")) == 0)
-        print(stats, mac_counters);
-}
-
-template <class Record, auto call, auto list>
+// A call that fills a record, with the numbers of some arguments behind it.
+template <class Record, auto call, auto list, Label... numbers>
 void counters_of(Session &s, const Arguments &a)
 {
     Record stats{};
-    if (s.call(call, s.interface(a.text("NAME")), &stats) == 0)
-        print(stats, *list);
+    if (s.call(call, interface_of(s, a), &stats, a.number(numbers.text)...) == 0)
+        print(*list, &stats);
 }
 
 void counters_module(Session &s, const Arguments &)
 {
     ovk_eth_global_stats stats{};
     if (s.call(&Calls::ovk_ethernet_global_statistics_get, &stats) == 0)
-        print(stats, module_counters);
+        print(module_counters, &stats);
 }
 
-// The library's own tables: the module's, or an interface's three.
-void show_counters(Session &s, const Arguments &a)
-{
-    const ovk_ethernet_if_handle handle = s.interface(a.text("NAME"));
-    if (!a.given("NAME"))
-        s.call(&Calls::ovk_ethernet_global_stats_print);
-    else if (s.call(&Calls::ovk_ethernet_port_stats_print, handle) == 0 &&
-             s.call(&Calls::ovk_ethernet_if_stats_print, handle) == 0)
-        s.call(&Calls::ovk_ethernet_l2_interface_statistics_print, handle);
-}
-
-// Where the classifier counts for a port; it says so by the port's index in the switch.
-u32 counters_id(const Session &s, u32 channel)
+// Where the classifier counts for a port, which it knows by its index in the switch.
+std::optional<u32> counters_id(const Session &s, u32 channel)
 {
     const auto index = sim::switch_port(s.host.rte(), channel).logical_port;
     const auto rule = sim::rule(s.host.rte(), "Map_Input_Port_NameSpace_Id", {{index.value_or(0), 8}});
-    if (!index || !rule)
-        throw Failure("the classifier doesn't count for the port");
-    return rule->w1;
+    return index && rule ? std::optional<u32>(rule->w1) : std::nullopt;
 }
 
 ovk_eth_port_stats counted(const sim::Port &port)
@@ -140,6 +131,62 @@ ovk_eth_port_stats counted(const sim::Port &port)
     ovk_eth_port_stats out;
     std::memcpy(&out, port.tx_counters.data(), sizeof port.tx_counters);
     std::memcpy(&out.rx_octets, port.rx_counters.data(), sizeof port.rx_counters);
+    return out;
+}
+
+// As MAC and classifier have them, the classifier's as far as they aren't 0.
+void show_counters(Session &s, const Arguments &a)
+{
+    using Stats = ovk_eth_port_stats;
+    constexpr struct {
+        const char *name;
+        u64 Stats::*received, Stats::*sent;
+    } rows[] = {
+        {"Octets", &Stats::rx_octets, &Stats::tx_octets},
+        {"Frames", &Stats::rx_frm, &Stats::tx_frm},
+        {"Multicast", &Stats::rx_mcast, &Stats::tx_mcast},
+        {"Broadcast", &Stats::rx_bcast, &Stats::tx_bcast},
+        {"PAUSE", &Stats::rx_pause, &Stats::tx_pause},
+        {"Bad frames", &Stats::rx_bad_frm, &Stats::tx_bad_frm},
+        {"FCS errors", &Stats::rx_fcs, &Stats::tx_fcs},
+        {"Undersize", &Stats::rx_usize, &Stats::tx_usize},
+        {"Oversize", &Stats::rx_osize, &Stats::tx_osize},
+        {"Fragments", &Stats::rx_frag, &Stats::tx_frag},
+        {"Jabber", &Stats::rx_jab, &Stats::tx_jab},
+    };
+    const u32 channel = s.channel(a.text("NAME"));
+    const Stats stats = counted(sim::port(s.host.rte(), channel));
+    Table mac({"MAC", "Received", "Sent"});
+    for (const auto &[name, received, sent] : rows)
+        mac.add({name, std::to_string(stats.*received), std::to_string(stats.*sent)});
+    mac.print();
+
+    const auto id = counters_id(s, channel);
+    const std::vector<u8> state = id ? sim::state(s.host.rte(), *id, sizeof(ovk_eth_if_stats))
+                                     : std::vector<u8>(sizeof(ovk_eth_if_stats));
+    Table classifier({"Classifier", "Count"});
+    for (const Field &field : fields(interface_counters)) {
+        u64 value = 0; // in network order
+        for (u32 at = field.offset; at < field.offset + field.size; ++at)
+            value = value << 8 | state[at];
+        if (value)
+            classifier.add({field.name, std::to_string(value)});
+    }
+    classifier.print(id ? "the classifier has counted nothing"
+                        : "the classifier doesn't count for the port");
+}
+
+Parameter counter_words()
+{
+    Parameter out = rest("COUNTER", "a counter of MAC or classifier and its value, as in rx_frm=100");
+    out.names = [](const Session &) {
+        Names names;
+        for (const char *list : {mac_counters, interface_counters}) {
+            for (const Field &field : fields(list))
+                names.emplace_back(field.name + "=", 0);
+        }
+        return names;
+    };
     return out;
 }
 
@@ -157,15 +204,22 @@ void counters_set(Session &s, const Arguments &a)
         const auto mac = find(mac_counters, word.substr(0, sign));
         const auto own = find(interface_counters, word.substr(0, sign));
         if (!value || (!mac && !own) || (!mac && own->size < sizeof(u64) && *value >> 32))
-            throw Wrong("COUNTER: " + quoted(word) + " isn't a counter and its value, as in rx_frm=100");
-        if (mac)
+            throw Wrong("COUNTER: " + quoted(word) + " isn't a counter and its value" +
+                        hint(near(word.substr(0, sign) + "=", names_of(s, counter_words()))));
+        if (mac) {
             std::memcpy(reinterpret_cast<char *>(&stats) + mac->offset, &*value, mac->size);
-        for (u32 left = mac ? 0 : own->size; left-- > 0;)
-            words[own->offset].push_back(static_cast<u8>(*value >> 8 * left));
+            continue;
+        }
+        std::vector<u8> &bytes = words[own->offset];
+        bytes.clear();
+        for (u32 left = own->size; left-- > 0;)
+            bytes.push_back(static_cast<u8>(*value >> 8 * left));
     }
-    const u32 id = words.empty() ? 0 : counters_id(s, channel);
+    const auto id = counters_id(s, channel);
+    if (!words.empty() && !id)
+        throw Failure("the classifier doesn't count for the port");
     for (const auto &[offset, bytes] : words)
-        sim::state_put(rte, id, offset, bytes);
+        sim::state_put(rte, *id, offset, bytes);
     std::memcpy(port.tx_counters.data(), &stats, sizeof port.tx_counters);
     std::memcpy(port.rx_counters.data(), &stats.rx_octets, sizeof port.rx_counters);
     sim::mac_counters_set(rte, channel, port.tx_counters, port.rx_counters);
@@ -187,43 +241,46 @@ void crc_poll(Session &s, const Arguments &a)
             throw Failure("the port has seen only " + std::to_string(seen.tx_fcs + seen.rx_fcs) +
                           " CRC errors, and no more will come; 'counters set' feeds tx_fcs and rx_fcs");
     }
-    s.call(&Calls::ovk_ethernet_report_crcerror, s.interface(a.text("NAME")), threshold, report,
+    s.call(&Calls::ovk_ethernet_report_crcerror, interface_of(s, a), threshold, report,
            a.number("INTERVAL"));
 }
 
 } // namespace
 
-const Commands &counter_commands()
+void add_counter_commands(CommandTable &table)
 {
     const Parameter name = interface("NAME");
-    static const Commands rows = {
-        {"counters port",
-         {name, key(on_off("clear"))},
-         "Reads the MAC's counters; clear=on zeroes them.",
-         counters_port},
-        {"counters l2",
-         {name},
-         "Reads the layer 2 counters.",
-         counters_of<ovk_eth_l2_stats, &Calls::ovk_ethernet_l2_interface_statistics_get, &l2_counters>},
-        {"counters interface",
-         {name},
-         "Reads the classifier's counters.",
-         counters_of<ovk_eth_if_stats, &Calls::ovk_ethernet_interface_statistics_get, &interface_counters>},
-        {"counters module", {}, "Reads the module's counters.", counters_module},
-        {"counters set",
-         {name, rest("COUNTER", "counters of MAC and classifier, as in rx_frm=100")},
-         "Makes MAC and classifier have counted what is given, through the simulator.",
-         counters_set},
-        {"show counters",
-         {optional(name)},
-         "Lets the library print a port's counters, or without a name the module's.",
-         show_counters},
-        {"crc poll",
-         {name, number("THRESHOLD", ~u64{0}), number("INTERVAL")},
-         "Polls the port's CRC errors until there are THRESHOLD, every INTERVAL milliseconds.",
-         crc_poll},
-    };
-    return rows;
+    table.group("Counters");
+    table.add(
+        "counters port", {name, key(on_off("clear"))}, "Reads the MAC's counters; clear=on zeroes them.",
+        "p1 clear=on",
+        counters_of<ovk_eth_port_stats, &Calls::ovk_ethernet_port_statistics_get, &mac_counters, "clear">);
+    table.add(
+        "counters l2", {name},
+        "Reads the layer 2 counters: what the MAC received less what the classifier dropped.", "p1",
+        counters_of<ovk_eth_l2_stats, &Calls::ovk_ethernet_l2_interface_statistics_get, &l2_counters>);
+    table.add(
+        "counters interface", {name}, "Reads the classifier's counters.", "p1",
+        counters_of<ovk_eth_if_stats, &Calls::ovk_ethernet_interface_statistics_get, &interface_counters>);
+    table.add("counters module", {}, "Reads the module's counters.", "", counters_module);
+    table.add("counters set", {name, counter_words()},
+              "Makes MAC and classifier have counted what is given, through the simulator.",
+              "p1 rx_frm=100 rx_octets=6400 rx_invalid_vlan=2", counters_set);
+    table.add("print port", {name}, "Lets the library print the MAC's counters.", "p1",
+              call_on<&Calls::ovk_ethernet_port_stats_print>);
+    table.add("print l2", {name}, "Lets it print the layer 2 counters.", "p1",
+              call_on<&Calls::ovk_ethernet_l2_interface_statistics_print>);
+    table.add("print interface", {name}, "Lets it print the classifier's counters.", "p1",
+              call_on<&Calls::ovk_ethernet_if_stats_print>);
+    table.add("print module", {}, "Lets it print the module's counters.", "",
+              call<&Calls::ovk_ethernet_global_stats_print>);
+    table.add("crc poll",
+              {name, number("THRESHOLD", "a number of CRC errors", ~u64{0}),
+               number("INTERVAL", "a number of milliseconds, not 0")},
+              "Polls the port's CRC errors of both directions until there are THRESHOLD, every INTERVAL.",
+              "p1 3 1000", crc_poll);
+    table.add("show counters", {name}, "Shows what MAC and classifier have counted for a port.", "p1",
+              show_counters);
 }
 
 } // namespace shell

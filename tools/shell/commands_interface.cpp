@@ -1,23 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Ports: their life, their MACs, the VLANs that they carry.
-#include "command.h"
-#include "session.h"
+#include "handlers.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 
 namespace shell {
 
 namespace {
-
-// The name of an argument, as a template takes it.
-template <std::size_t size>
-struct Label {
-    char text[size];
-    // NOLINTNEXTLINE(google-explicit-constructor): it stands for the literal
-    consteval Label(const char (&literal)[size]) { std::copy_n(literal, size, text); }
-};
 
 sim::Mac octets(u64 mac)
 {
@@ -27,7 +17,6 @@ sim::Mac octets(u64 mac)
     return out;
 }
 
-// What isn't given is as on most ports: the MAC's best rate, full duplex, on, an address made of the number.
 ovk_ethernet_intf_attrs attributes(const Arguments &a)
 {
     constexpr u64 local_address = 0x020000000000;
@@ -57,12 +46,7 @@ void interface_create(Session &s, const Arguments &a)
     ovk_ethernet_if_handle handle = nullptr;
     s.call(&Calls::ovk_ethernet_interface_create, &attrs, &handle);
     if (handle) // also when only the lock couldn't be given back
-        s.interfaces[name] = {handle, attrs.if_num, attrs.fwd_mode, false};
-}
-
-ovk_ethernet_if_handle interface_of(const Session &s, const Arguments &a)
-{
-    return s.interface(a.text("NAME"));
+        s.interfaces[name] = {handle, attrs.if_num, false};
 }
 
 void interface_delete(Session &s, const Arguments &a)
@@ -92,13 +76,6 @@ void receive_mac(Session &s, const Arguments &a)
         s.call(&Calls::ovk_ethernet_recv_mac_del, interface_of(s, a));
 }
 
-// A call that takes an interface and the numbers of the named arguments; one that gives a number.
-template <auto function, Label... names>
-void with(Session &s, const Arguments &a)
-{
-    s.call(function, interface_of(s, a), a.number(names.text)...);
-}
-
 template <auto function>
 void get(Session &s, const Arguments &a)
 {
@@ -125,11 +102,6 @@ void port_status(Session &s, const Arguments &a)
                     rates.text(status.speed).c_str(), duplexes.text(status.duplex).c_str());
 }
 
-void port_override(Session &s, const Arguments &a)
-{
-    s.call(&Calls::ovk_ethernet_port_attributes_override, a.number("STATE"));
-}
-
 void port_priorities(Session &s, const Arguments &a)
 {
     std::array<u8, 8> map{};
@@ -137,111 +109,98 @@ void port_priorities(Session &s, const Arguments &a)
     if (words.size() != map.size())
         throw Wrong("PRIORITY: " + std::to_string(words.size()) + " of 8 are there");
     std::transform(words.begin(), words.end(), map.begin(), [&](const std::string &word) {
-        return static_cast<u8>(read(s, number("PRIORITY", 0xFF), word).number);
+        return static_cast<u8>(read(s, number("PRIORITY", "", 0xFF), word).number);
     });
     s.call(&Calls::ovk_ethernet_pcp_to_task_pri_map, map.data());
 }
 
 } // namespace
 
-const Commands &interface_commands()
+void add_interface_commands(CommandTable &table)
 {
+    constexpr const char *numbers =
+        "a port number: 0 to 4, 0x10 to 0x14, or 0x20, 0x21, 0x30, 0x31 and so on to 0x71";
     const Parameter name = interface("NAME");
     const Parameter on = on_off("STATE");
-    const Parameter vlan = number("VLAN");
-    const Parameter group = number("GROUP");
-    static const Commands rows = {
-        {"port",
-         {new_name("NAME"), word("="), word("interface"), word("create"), number("PORT"),
-          one_of("MODE", forwarding_modes), optional(one_of("RATE", rates)), key(mac("mac")),
-          key(one_of("encap", encapsulations)), key(on_off("tx")), key(on_off("rx")),
-          key(one_of("duplex", duplexes)), key(on_off("autoneg"))},
-         "Takes a port into service and gives the interface a name.",
-         interface_create},
-        {"interface delete",
-         {name},
-         "Takes a port out of service. The name stays, for a dead handle that may be tried.",
-         interface_delete},
-        {"interface number",
-         {name},
-         "Asks for the port number.",
-         get<&Calls::ovk_ethernet_port_number_get>},
-        {"interface id", {name}, "Asks for the interface id.", get<&Calls::ovk_ethernet_interface_id_get>},
-        {"interface find", {number("PORT")}, "Asks for the interface of a port number.", interface_find},
-        {"interface promiscuous",
-         {name, on},
-         "Lets a routed port receive frames for any address, or only for its own.",
-         with<&Calls::ovk_ethernet_promiscuous_mode, "STATE">},
-        {"interface filter",
-         {name, needed_key(on_off("in")), needed_key(on_off("out"))},
-         "Turns flow look-up on the two sides of a switched port on or off.",
-         with<&Calls::ovk_ethernet_flow_filter, "in", "out">},
-        {"interface recv-mac",
-         {choice("WHAT", {"add", "del"}), name, optional(mac("MAC"))},
-         "Sets the second address that a routed port receives for, or takes it away.",
-         receive_mac},
-        {"port rate",
-         {name, one_of("RATE", rates)},
-         "Sets the rate.",
-         with<&Calls::ovk_ethernet_output_rate_set, "RATE">},
-        {"port duplex",
-         {name, one_of("DUPLEX", duplexes)},
-         "Sets half or full duplex.",
-         with<&Calls::ovk_ethernet_interface_duplex, "DUPLEX">},
-        {"port tx", {name, on}, "Transmitter on or off.", with<&Calls::ovk_ethernet_interface_tx, "STATE">},
-        {"port rx", {name, on}, "Receiver on or off.", with<&Calls::ovk_ethernet_interface_rx, "STATE">},
-        {"port autoneg",
-         {name, on},
-         "Auto-negotiation on or off.",
-         with<&Calls::ovk_ethernet_interface_autoneg, "STATE">},
-        {"port restart-autoneg",
-         {name},
-         "Starts auto-negotiation anew.",
-         with<&Calls::ovk_ethernet_autoneg_force>},
-        {"port loopback",
-         {name, on},
-         "Loopback on or off.",
-         with<&Calls::ovk_ethernet_port_loopback, "STATE">},
-        {"port channel", {name}, "Asks for the MAC channel.", port_channel},
-        {"port status",
-         {name, key(number("mask")), key(on_off("blocking"))},
-         "Asks for the state of the link.",
-         port_status},
-        {"port flow-control",
-         {name, on, one_of("POLICY", pause_policies), number("TIME")},
-         "Says what the port does about PAUSE frames. TIME is in pause quanta.",
-         with<&Calls::ovk_ethernet_flow_control, "STATE", "POLICY", "TIME">},
-        {"port override",
-         {on},
-         "On: the host owns the MACs' settings, and interfaces come and go without a change to them.",
-         port_override},
-        {"port priorities",
-         {rest("PRIORITY", "eight numbers from 0 to 255")},
-         "Sets the task priorities of the eight priority code points, on all ports.",
-         port_priorities},
-        {"vlan add",
-         {name, vlan, group},
-         "Binds a VLAN of the port to a bridge group. VLAN 0 is the untagged traffic.",
-         with<&Calls::ovk_ethernet_vlan_id_add, "VLAN", "GROUP">},
-        {"vlan del",
-         {name, vlan, group},
-         "Takes the binding away.",
-         with<&Calls::ovk_ethernet_vlan_id_del, "VLAN", "GROUP">},
-        {"egress add",
-         {name, group, choice("TAG", {"untagged", "tagged"}, OVK_ETHERNET_PORT_TAG_TYPE_UNTAGGED),
-          key(number("vlan", 0xFFFF)), key(on_off("rewrite"))},
-         "Says how frames of a bridge group leave the port. Group 0 stands for those without a rule.",
-         with<&Calls::ovk_ethernet_port_egress_vlan_config, "GROUP", "TAG", "vlan", "rewrite">},
-        {"egress del",
-         {name, group},
-         "Takes the rule of a bridge group away.",
-         with<&Calls::ovk_ethernet_port_egress_vlan_config_del, "GROUP">},
-        {"ageing",
-         {name, number("MINUTES")},
-         "Sets after how many minutes, 1 to 61, an address learnt on the port is forgotten.",
-         with<&Calls::ovk_ethernet_mac_aging_timer_config, "MINUTES">},
-    };
-    return rows;
+    const Parameter vlan = number("VLAN", "a VLAN id, 0 to 4095; 0 stands for untagged traffic");
+    const Parameter group = number("GROUP", "a bridge group, 0 to 63");
+    table.group("Interfaces");
+    table.add("port",
+              {new_name("NAME"), word("="), word("interface"), word("create"), number("PORT", numbers),
+               one_of("MODE", forwarding_modes), optional(one_of("RATE", rates)), key(mac("mac")),
+               key(one_of("encap", encapsulations)), key(on_off("tx")), key(on_off("rx")),
+               key(one_of("duplex", duplexes)), key(on_off("autoneg"))},
+              "Takes a port into service and gives the interface a name. What isn't given: the MAC's best "
+              "rate, full duplex, receiver and transmitter on, an address made of the port number.",
+              "p1 = interface create 0x11 trunk 1G mac=02:00:00:00:00:11", interface_create);
+    table.add("interface delete", {name},
+              "Takes a port out of service. The name stays, for a dead handle that may be tried.", "p1",
+              interface_delete);
+    table.add("interface number", {name}, "Asks for the port number.", "p1",
+              get<&Calls::ovk_ethernet_port_number_get>);
+    table.add("interface id", {name}, "Asks for the interface id.", "p1",
+              get<&Calls::ovk_ethernet_interface_id_get>);
+    table.add("interface find", {number("PORT", numbers)}, "Asks for the interface of a port number.",
+              "0x11", interface_find);
+    table.add("interface promiscuous", {name, on},
+              "Lets a routed port receive frames for any address, or only for its own.", "p1 off",
+              call_on<&Calls::ovk_ethernet_promiscuous_mode, "STATE">);
+    table.add("interface filter", {name, needed_key(on_off("in")), needed_key(on_off("out"))},
+              "Turns flow look-up on the two sides of a switched port on or off.", "p1 in=on out=off",
+              call_on<&Calls::ovk_ethernet_flow_filter, "in", "out">);
+    table.add("interface recv-mac", {choice("WHAT", {"add", "del"}), name, optional(mac("MAC"))},
+              "Sets the second address that a routed port receives for, or takes it away.",
+              "add p1 02:00:00:00:00:22", receive_mac);
+    table.group("Ports");
+    table.add("port rate", {name, one_of("RATE", rates)}, "Sets the rate.", "p1 100M",
+              call_on<&Calls::ovk_ethernet_output_rate_set, "RATE">);
+    table.add("port duplex", {name, one_of("DUPLEX", duplexes)}, "Sets half or full duplex.", "p1 half",
+              call_on<&Calls::ovk_ethernet_interface_duplex, "DUPLEX">);
+    table.add("port tx", {name, on}, "Turns the transmitter on or off.", "p1 off",
+              call_on<&Calls::ovk_ethernet_interface_tx, "STATE">);
+    table.add("port rx", {name, on}, "Turns the receiver on or off.", "p1 off",
+              call_on<&Calls::ovk_ethernet_interface_rx, "STATE">);
+    table.add("port autoneg", {name, on}, "Turns auto-negotiation on or off.", "p1 on",
+              call_on<&Calls::ovk_ethernet_interface_autoneg, "STATE">);
+    table.add("port restart-autoneg", {name}, "Starts auto-negotiation anew.", "p1",
+              call_on<&Calls::ovk_ethernet_autoneg_force>);
+    table.add("port loopback", {name, on}, "Turns loopback on or off.", "p1 on",
+              call_on<&Calls::ovk_ethernet_port_loopback, "STATE">);
+    table.add("port channel", {name}, "Asks for the MAC channel.", "p1", port_channel);
+    table.add("port status",
+              {name, key(number("mask", "bits from 0x1 to 0x20, at least one; all by default")),
+               key(on_off("blocking"))},
+              "Asks for the state of the link.", "p1", port_status);
+    table.add("port flow-control",
+              {name, on, one_of("POLICY", pause_policies),
+               number("TIME", "a number of pause quanta (512 bit times), not 0")},
+              "Says what the port does about PAUSE frames.", "p1 on generate 0xffff",
+              call_on<&Calls::ovk_ethernet_flow_control, "STATE", "POLICY", "TIME">);
+    table.add("port override", {on},
+              "On: the host owns the MACs' settings, and interfaces come and go without a change to them.",
+              "on", call<&Calls::ovk_ethernet_port_attributes_override, "STATE">);
+    table.add("port priorities",
+              {rest("PRIORITY", "eight numbers from 1 to 255, for priority code points 0 to 7")},
+              "Sets the task priorities of the priority code points: the switch's at once, a port's when "
+              "it is created.",
+              "1 1 2 2 4 4 6 7", port_priorities);
+    table.group("VLANs and ageing");
+    table.add("vlan add", {name, vlan, group},
+              "Binds a VLAN of a trunk or routed port to a bridge group, the switch's own VLAN.",
+              "p1 100 1", call_on<&Calls::ovk_ethernet_vlan_id_add, "VLAN", "GROUP">);
+    table.add("vlan del", {name, vlan, group}, "Takes the binding away.", "p1 100 1",
+              call_on<&Calls::ovk_ethernet_vlan_id_del, "VLAN", "GROUP">);
+    table.add("egress add",
+              {name, group, choice("TAG", {"untagged", "tagged"}, OVK_ETHERNET_PORT_TAG_TYPE_UNTAGGED),
+               key(number("vlan", "a VLAN id, 0 to 4095", 0xFFFF)), key(on_off("rewrite"))},
+              "Says how frames of a bridge group leave a trunk. Group 0 stands for those without a rule.",
+              "p1 1 tagged vlan=100 rewrite=on",
+              call_on<&Calls::ovk_ethernet_port_egress_vlan_config, "GROUP", "TAG", "vlan", "rewrite">);
+    table.add("egress del", {name, group}, "Takes the rule of a bridge group away.", "p1 1",
+              call_on<&Calls::ovk_ethernet_port_egress_vlan_config_del, "GROUP">);
+    table.add("ageing", {name, number("MINUTES", "a number of minutes, 1 to 61")},
+              "Sets after what time an address learnt on the port is forgotten.", "p1 5",
+              call_on<&Calls::ovk_ethernet_mac_aging_timer_config, "MINUTES">);
 }
 
 } // namespace shell

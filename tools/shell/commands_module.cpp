@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The module's life, its log, its exceptions.
-#include "command.h"
-#include "session.h"
+#include "handlers.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -47,7 +45,7 @@ void init(Session &s, const Arguments &a)
     ovk_module *module = s.host.module();
     if (a.given("LEVEL")) {
         if (module->module_object)
-            throw Wrong("the module is up; 'log sys' changes its level");
+            throw Failure("the module is up; 'log sys' changes its level");
         module->log_mask = a.number("LEVEL");
     }
     const bool was_up = module->module_object;
@@ -57,6 +55,7 @@ void init(Session &s, const Arguments &a)
     const Words sets = sim::ordered_sets(s.host.rte()); // which stand among them
     trees.insert(trees.end(), sets.begin(), sets.end());
     s.trees = tree_uses(s.last_calls(), trees);
+    s.chip_at_start = s.host.image();
 }
 
 // As a host does it: through the service record, which leads to the code that was loaded last.
@@ -77,40 +76,24 @@ void shutdown(Session &s, const Arguments &)
     s.interfaces.clear();
 }
 
-// A copy of a file, for as long as the object lives.
-class TemporaryCopy {
-  public:
-    explicit TemporaryCopy(const std::string &of)
-    {
-        name_ = std::filesystem::temp_directory_path() / "ovk-shell-XXXXXX";
-        const int file = mkstemp(name_.data());
-        if (file < 0)
-            throw Failure("no temporary file can be made in " + name_);
-        close(file);
-        std::error_code error;
-        if (!std::filesystem::copy_file(of, name_, std::filesystem::copy_options::overwrite_existing,
-                                        error)) {
-            std::filesystem::remove(name_, error);
-            throw Failure(of + " can't be copied to " + name_);
-        }
-    }
-    ~TemporaryCopy()
+struct RemoveFile {
+    void operator()(const std::string *name) const
     {
         std::error_code none;
-        std::filesystem::remove(name_, none);
+        std::filesystem::remove(*name, none);
     }
-    TemporaryCopy(const TemporaryCopy &) = delete;
-    TemporaryCopy &operator=(const TemporaryCopy &) = delete;
-    const std::string &name() const { return name_; }
-
-  private:
-    std::string name_;
 };
 
 void reload(Session &s, const Arguments &)
 {
-    const TemporaryCopy copy(s.origin);
-    Library fresh(copy.name());
+    std::string name = std::filesystem::temp_directory_path() / "ovk-shell-XXXXXX";
+    const int file = mkstemp(name.data());
+    if (file < 0)
+        throw Failure("no temporary file can be made in " + name);
+    close(file);
+    const std::unique_ptr<const std::string, RemoveFile> removed(&name);
+    std::filesystem::copy_file(s.origin, name, std::filesystem::copy_options::overwrite_existing);
+    Library fresh(name);
     const void *old_base = s.library.base();
     if (fresh.base() == old_base)
         throw Failure("the copy wasn't loaded anew: it has the address of the first");
@@ -130,13 +113,6 @@ void reload(Session &s, const Arguments &)
         throw Failure("the old code is still there");
     std::printf("loaded anew at another address: %+lld bytes away; the old code is gone\n",
                 static_cast<long long>(distance));
-}
-
-// A call that takes one number.
-template <auto function>
-void with_number(Session &s, const Arguments &a)
-{
-    s.call(function, a.number("VALUE"));
 }
 
 void exception_configure(Session &s, const Arguments &a)
@@ -174,45 +150,35 @@ constexpr u32 to_function = 1U << OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_TVU
 
 } // namespace
 
-const Commands &module_commands()
+void add_module_commands(CommandTable &table)
 {
-    static const Commands rows = {
-        {"init",
-         {optional(number("LEVEL"))},
-         "Starts the module. LEVEL is the system's log level: 0, 1, 3, 7 or 15.",
-         init},
-        {"shutdown", {}, "Stops the module, through the service record that it registered.", shutdown},
-        {"reload",
-         {},
-         "Loads a copy of the library at another address, lets it take the module over, and unloads the "
-         "old code.",
-         reload},
-        {"log level",
-         {number("VALUE")},
-         "Sets the log mask: a level in the low nibble, flags above.",
-         with_number<&Calls::ovk_ethernet_log_level_set>},
-        {"log enable",
-         {number("VALUE")},
-         "Adds bits to the log mask.",
-         with_number<&Calls::ovk_ethernet_log_enable>},
-        {"log disable",
-         {number("VALUE")},
-         "Takes bits from the log mask.",
-         with_number<&Calls::ovk_ethernet_log_disable>},
-        {"log sys",
-         {number("VALUE")},
-         "Sets the system's log level: 0, 1, 3, 7 or 15.",
-         with_number<&Calls::ovk_ethernet_sys_log>},
-        {"exception configure",
-         {number("DOMAIN"), one_of("TYPE", exception_types), one_of("ACTION", exception_actions),
-          key(number("priority", 0xFF), to_cpu | to_bdl | to_port), key(number("param"), to_cpu),
-          key(byte_pair("cpu_queue"), to_cpu), key(number("bdl_queue", 0xFFFF), to_bdl),
-          key(queue("queue"), to_cpu | to_bdl | to_port), key(interface("interface"), to_port),
-          key(function("function"), to_function)},
-         "Says what happens to frames that the classifier can't serve. Domains are 0, 2 and 3.",
-         exception_configure},
-    };
-    return rows;
+    const Parameter mask = number("MASK");
+    const Parameter level = number("LEVEL", "a log level: 0, 1, 3, 7 or 15");
+    table.group("Module");
+    table.add("init", {optional(level)}, "Starts the module, at a log level if one is given.", "7", init);
+    table.add("shutdown", {}, "Stops the module, through the service record that it registered.", "",
+              shutdown);
+    table.add("reload", {},
+              "Loads a copy of the library at another address, lets it take the module over, and unloads "
+              "the old code.",
+              "", reload);
+    table.add("log level", {mask}, "Sets the log mask: a level in the low nibble, flags above.", "0xf",
+              call<&Calls::ovk_ethernet_log_level_set, "MASK">);
+    table.add("log enable", {mask}, "Adds bits to the log mask.", "0x8",
+              call<&Calls::ovk_ethernet_log_enable, "MASK">);
+    table.add("log disable", {mask}, "Takes bits from the log mask.", "0x8",
+              call<&Calls::ovk_ethernet_log_disable, "MASK">);
+    table.add("log sys", {level}, "Sets the system's log level.", "3",
+              call<&Calls::ovk_ethernet_sys_log, "LEVEL">);
+    table.add("exception configure",
+              {number("DOMAIN", "a domain: 0, 2 or 3"), one_of("TYPE", exception_types),
+               one_of("ACTION", exception_actions),
+               key(number("priority", "", 0xFF), to_cpu | to_bdl | to_port), key(number("param"), to_cpu),
+               key(byte_pair("cpu_queue"), to_cpu), key(number("bdl_queue", "", 0xFFFF), to_bdl),
+               key(queue("queue"), to_cpu | to_bdl | to_port), key(interface("interface"), to_port),
+               key(function("function"), to_function)},
+              "Says what happens to frames that the classifier can't serve.",
+              "0 unknown_dest_mac send_to_cpu priority=5 cpu_queue=1.2 queue=q3", exception_configure);
 }
 
 } // namespace shell

@@ -9,26 +9,36 @@ namespace shell {
 
 namespace {
 
-// All commands, those that begin with a word, or one in full.
+std::string first_sentence(const std::string &text)
+{
+    const std::size_t end = text.find(". ");
+    return text.substr(0, end == text.npos ? end : end + 1);
+}
+
+// All commands in their groups, those that begin with some words, or one in full.
 void help(Session &, const Arguments &a)
 {
     Words words = a.words("COMMAND");
-    Table table({"command", "what it does"});
-    Words listed;
-    for (const Command *command : all_commands()) {
-        if (words.empty() || (words.size() == 1 && (command->name + " ").starts_with(words[0] + " "))) {
-            table.add({command->name, command->help});
-            listed.push_back(command->name);
-        }
+    const std::string wanted = join(words, " ");
+    Table table({"Command", "What it does"});
+    std::vector<const Command *> listed;
+    const char *group = "";
+    for (const Command &command : all_commands()) {
+        if (!words.empty() && !(command.name + " ").starts_with(wanted + " "))
+            continue;
+        if (words.empty() && command.group != group)
+            table.add({group = command.group});
+        table.add({"  " + command.name, first_sentence(command.help)});
+        listed.push_back(&command);
     }
     if (listed.size() > 1)
         table.print();
-    else if (!listed.empty())
-        words = split(listed[0]);
-    if (listed.size() < 2 || listed[0] == join(words, " "))
-        explain(find_command(words));
-    if (a.words("COMMAND").empty())
+    if (words.empty())
         std::puts("'help COMMAND' tells more. '!' before a call wants it to fail; '#' begins a comment.");
+    else if (listed.size() == 1 || (listed.size() > 1 && listed[0]->name == wanted))
+        explain(*listed[0]);
+    else if (listed.empty())
+        explain(find_command(words));
 }
 
 void expect(Session &s, const Arguments &a)
@@ -42,21 +52,17 @@ void expect(Session &s, const Arguments &a)
 
 } // namespace
 
-const Commands &shell_commands()
+void add_shell_commands(CommandTable &table)
 {
-    static const Commands rows = {
-        {"expect", {status("STATUS")}, "Checks the status of the last call.", expect},
-        {"set on-error",
-         {choice("WHAT", {"stop", "continue"})},
-         "Whether a script goes on after a failure.",
-         [](Session &s, const Arguments &a) { s.keep_going = a.text("WHAT") == "continue"; }},
-        {"help",
-         {optional(rest("COMMAND", "a command, or the first word of some"))},
-         "Lists the commands, or explains one.",
-         help},
-        {"quit", {}, "Leaves the shell.", [](Session &s, const Arguments &) { s.quit = true; }},
-    };
-    return rows;
+    table.group("Shell");
+    table.add("expect", {status("STATUS")}, "Checks the status of the last call.", "invalid_if_handle",
+              expect);
+    table.add("set on-error", {choice("WHAT", {"stop", "continue"})},
+              "Whether a script goes on after a failure.", "continue",
+              [](Session &s, const Arguments &a) { s.keep_going = a.text("WHAT") == "continue"; });
+    table.add("help", {optional(rest("COMMAND", "a command, or how some begin"))},
+              "Lists the commands, or explains one.", "vlan add", help);
+    table.add("quit", {}, "Leaves the shell.", "", [](Session &s, const Arguments &) { s.quit = true; });
 }
 
 } // namespace shell

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <set>
 
 namespace shell {
 
@@ -34,7 +35,7 @@ void show_trees(Session &s, const Arguments &)
     }
     std::stable_sort(rows.begin(), rows.end(),
                      [](const auto &a, const auto &b) { return a.first < b.first; });
-    Table table({"index", "name", "key bits", "database", "rules"});
+    Table table({"Index", "Tree", "Key bits", "Database", "Rules"});
     for (const auto &row : rows)
         table.add(row.second);
     table.print();
@@ -43,7 +44,7 @@ void show_trees(Session &s, const Arguments &)
 void show_tree(Session &s, const Arguments &a)
 {
     const auto rules = sim::rules(s.host.rte(), a.text("NAME"));
-    Table table({"prefix", "action"});
+    Table table({"Prefix", "Action"});
     for (const sim::Rule &rule : rules)
         table.add({rule.key.text(), sim::action_text(s.host.rte(), rule.action) +
                                         (rule.hole ? " (left by a removed rule)" : "")});
@@ -86,6 +87,35 @@ void lookup(Session &s, const Arguments &a)
                     answer.from == sim::Answer::From::hole ? ", which was removed" : "", action.c_str());
 }
 
+// Lines of an image as "port GMAC17 vlan[0x1] = ...", "tree NAME rule KEY -> ...", "vlan_vps[0x1] = ...": a
+// row for all that differ in port, key and index alone, which say where.
+void show_changes(Session &s, const Arguments &)
+{
+    constexpr std::size_t most = 6;
+    std::map<std::string, std::set<std::string>> rows;
+    for (const std::string &line : sim::image_diff(s.chip_at_start, s.host.image())) {
+        const Words words =
+            split(std::string_view(line).substr(0, std::min(line.find(" = "), line.find(" -> "))));
+        const bool port = words[1].ends_with("port");
+        Words fact = {words[0], words[1]};
+        if (words.size() > 3)
+            fact.push_back(short_name(words[port ? 3 : 2]));
+        const std::string what = join(fact, " ");
+        const std::size_t index = std::min(what.find('['), what.size());
+        const bool by_index = !port && index < what.size();
+        const std::string where = port ? words[2] : by_index ? what.substr(index) : words.back();
+        rows[what.substr(0, index)].insert(where);
+    }
+    Table table({"Change", "Where"});
+    for (const auto &[what, all] : rows) {
+        Words places(all.begin(), all.end());
+        const std::size_t more = places.size() - std::min(places.size(), most);
+        places.resize(places.size() - more);
+        table.add({what, join(places) + (more ? " and " + std::to_string(more) + " more" : "")});
+    }
+    table.print("no changes");
+}
+
 void show_status(Session &s, const Arguments &)
 {
     const ovk_module *module = s.host.module();
@@ -101,18 +131,18 @@ void show_status(Session &s, const Arguments &)
 
 } // namespace
 
-const Commands &show_commands()
+void add_show_commands(CommandTable &table)
 {
-    static const Commands rows = {
-        {"show trees", {}, "Lists the classifier's trees.", show_trees},
-        {"show tree", {tree("NAME")}, "Lists the rules of a tree.", show_tree},
-        {"show status", {}, "Shows how module, lock and heap stand.", show_status},
-        {"lookup",
-         {tree("NAME"), rest("FIELD", "the fields of the key in order, each VALUE:BITS")},
-         "Looks a key up as the classifier does: longest prefix.",
-         lookup},
-    };
-    return rows;
+    table.group("Classifier and module");
+    table.add("show trees", {}, "Lists the classifier's trees.", "", show_trees);
+    table.add("show tree", {tree("NAME")}, "Lists the rules of a tree.", "OUT_VLAN_Look_up", show_tree);
+    table.add("lookup", {tree("NAME"), rest("FIELD", "the fields of the key in order, each VALUE:BITS")},
+              "Looks a key up as the classifier does: longest prefix.", "OUT_VLAN_Look_up 0x11:8 1:12",
+              lookup);
+    table.add("show changes", {},
+              "Lists what has come (+) and gone (-) on the chip since the module's last start.", "",
+              show_changes);
+    table.add("show status", {}, "Shows how module, lock and heap stand.", "", show_status);
 }
 
 } // namespace shell

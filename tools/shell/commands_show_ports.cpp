@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// Ports and VLANs as they stand in the chip's registers and trees. Names are the shell's own.
+// Ports and VLANs as they stand in the chip's registers and trees. Only names are the shell's own.
 #include "command.h"
 #include "session.h"
 
+#include <bit>
 #include <cstdio>
-#include <cstring>
 
 namespace shell {
 
@@ -24,9 +24,9 @@ std::string mac_text(const sim::Mac &mac)
     return format("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
 }
 
-std::string number_text(const auto &number)
+std::string or_dash(const std::string &text)
 {
-    return number ? std::to_string(*number) : "none";
+    return text.empty() ? "-" : text;
 }
 
 // The name of the port in service on a MAC channel, else the channel's.
@@ -52,117 +52,114 @@ std::string set_text(const Session &s, u64 set)
         if (set >> index & 1)
             members.push_back(names.count(index) ? names[index] : format("vp%u", index));
     }
-    return members.empty() ? "none" : join(members);
+    return or_dash(join(members));
+}
+
+// What the classifier's rules know an interface by: its number, its mode, and bits.
+std::optional<u32> flags_of(const Session &s, const char *tree, u32 key)
+{
+    const auto rule = sim::rule(s.host.rte(), tree, {{key, port_bits}});
+    return rule ? std::optional<u32>(rule->w2) : std::nullopt;
+}
+
+std::string mode_text(u32 flags)
+{
+    return forwarding_modes.text(flags >> 8 & 0xFF);
+}
+
+const char *bit_text(const std::optional<u32> &flags, u32 bit, const char *clear = "off",
+                     const char *set = "on")
+{
+    return !flags ? "-" : *flags >> bit & 1 ? set : clear;
+}
+
+const char *admin_text(const sim::Port &port)
+{
+    return port.rx && port.tx ? "up" : port.rx ? "rx only" : port.tx ? "tx only" : "down";
+}
+
+std::string vlan_text(u32 vlan)
+{
+    return vlan ? std::to_string(vlan) : "untagged";
 }
 
 void show_ports(Session &s, const Arguments &)
 {
-    std::map<u32, Words> rows; // by number
-    for (const auto &[name, interface] : s.interfaces) {
-        if (interface.dead)
+    Table table({"Port", "Number", "Channel", "Mode", "Admin", "Speed", "Duplex", "MAC address", "VLANs"});
+    for (const sim::Rule &rule : sim::rules(s.host.rte(), "Map_Output_Port_NameSpace_Id")) {
+        const auto number = static_cast<u32>(rule.key.words[0] >> (64 - port_bits));
+        const auto channel = sim::channel_of(number);
+        if (rule.hole || !channel)
             continue;
-        const u32 channel = s.channel(name);
-        const sim::Port port = sim::port(s.host.rte(), channel);
-        const std::string index = number_text(sim::switch_port(s.host.rte(), channel).logical_port);
-        rows[interface.number] =
-            split(format("%s 0x%02x %s %s %s %s %s %s %s %zu", name.c_str(), interface.number,
-                         forwarding_modes.text(interface.mode).c_str(), index.c_str(),
-                         sim::channel_name(channel).c_str(), rates.text(port.speed).c_str(),
-                         duplexes.text(port.duplex).c_str(), on_off_text(port.rx), on_off_text(port.tx),
-                         port.cvlans.size()));
+        const sim::Port port = sim::port(s.host.rte(), *channel);
+        table.add({port_name(s, *channel), format("0x%02x", number), sim::channel_name(*channel),
+                   mode_text(rule.action.w2), admin_text(port), rates.text(port.speed),
+                   duplexes.text(port.duplex), mac_text(port.mac), std::to_string(port.cvlans.size())});
     }
-    Table table({"name", "port", "mode", "index", "channel", "rate", "duplex", "rx", "tx", "VLANs"});
-    for (const auto &row : rows)
-        table.add(row.second);
     table.print("no ports in service");
 }
 
 void add_mac_rows(Table &table, const sim::Port &port)
 {
-    const auto &[append, check, strip] = port.crc;
     const auto &pause = port.flow_control;
+    const auto policy = static_cast<u32>(std::countr_zero(pause.policy_bit)) + 1;
     Words passed;
-    for (const sim::Mac &mac : port.unicast_macs)
-        passed.push_back(mac_text(mac));
-    table.add({"address", mac_text(port.mac)});
-    table.add(
-        {"enabled", format("receiver %s, transmitter %s", on_off_text(port.rx), on_off_text(port.tx))});
-    table.add({"rate", rates.text(port.speed) + ", " + duplexes.text(port.duplex) + " duplex"});
-    table.add({"PAUSE frames", format("%s, policy bit 0x%x, %u quanta", on_off_text(pause.enable),
-                                      pause.policy_bit, pause.time)});
-    table.add({"unicast filter", on_off_text(port.unicast_filter) + (", for " + join(passed))});
-    table.add({"broadcast filter", on_off_text(port.broadcast_filter)});
-    table.add({"check sequences", format("append %s, check %s, strip %s", on_off_text(append),
-                                         on_off_text(check), on_off_text(strip))});
-}
-
-void add_ingress_rows(Table &table, const sim::Port &port)
-{
-    const char *kinds[] = {"untagged frames", "tagged frames"};
-    for (u32 tagged = 0; tagged < port.pipelines.size(); ++tagged) {
-        const auto &[name, params] = port.pipelines[tagged];
-        Words priorities;
-        for (const u8 priority : params.pcp_task_priority)
-            priorities.push_back(std::to_string(priority));
-        table.add({kinds[tagged], "to " + (name.empty() ? "no pipeline" : name) + ", task priorities " +
-                                      join(priorities, " ") +
-                                      format(", default %u", params.default_task_priority)});
+    for (const sim::Mac &mac : port.unicast_macs) {
+        if (passed.empty() || passed.back() != mac_text(mac))
+            passed.push_back(mac_text(mac));
     }
-    const auto &tag = port.tag;
-    table.add({"adapter's tag", format("%s, from %u to %u, most significant part 0x%x",
-                                       on_off_text(tag.enable), tag.start, tag.stop, tag.msb)});
-    table.add({"Q-in-Q", on_off_text(port.qinq)});
-    const auto &ingress = port.ingress_options;
-    table.add({"ingress", format("switch mode %u, bridging %u; bytes 1, 20, 21: %u %u %u", ingress.hsw_mode,
-                                 ingress.bridging, ingress.byte_1, ingress.byte_20, ingress.byte_21)});
-    const auto &parsing = port.parsing_options;
-    table.add({"parsing",
-               format("untagged frames %s; bytes 3, 4: %u %u",
-                      parsing.untagged_discard ? "dropped" : "taken", parsing.byte_3, parsing.byte_4)});
-    Words vlans;
-    for (const auto &[vlan, flag] : port.vlans)
-        vlans.push_back(format(flag ? "%u (flag %u)" : "%u", vlan, flag));
-    table.add({"VLANs of the switch", vlans.empty() ? "none" : join(vlans)});
-    Words maps;
-    for (const auto &[vlan, group] : port.cvlans)
-        maps.push_back(format("%u to %u", vlan, group));
-    table.add({"VLAN map", maps.empty() ? "none" : join(maps)});
-    table.add({"default VLAN", number_text(port.default_vlan)});
-}
-
-void add_switch_rows(Table &table, const Session &s, const sim::SwitchPort &port)
-{
-    constexpr u32 seconds_in_step = 5;
-    const auto &learn = port.learn_attrs;
-    const auto &bridge = port.bridge_attrs;
-    const auto &acl = port.acl;
-    table.add({"index in the switch", number_text(port.logical_port)});
-    table.add({"learning", format("%s; bytes 5 to 9: %u %u %u %u %u", on_off_text(port.learn), learn.byte_5,
-                                  learn.byte_6, learn.byte_7, learn.byte_8, learn.byte_9)});
+    table.add({"Admin", format("%s (receiver %s, transmitter %s)", admin_text(port), on_off_text(port.rx),
+                               on_off_text(port.tx))});
+    table.add({"Speed", rates.text(port.speed) + ", " + duplexes.text(port.duplex) + " duplex"});
+    table.add({"MAC address", mac_text(port.mac)});
+    table.add({"Unicast filter", on_off_text(port.unicast_filter)});
+    table.add({"Unicast list", join(passed)});
+    table.add({"Broadcast filter", on_off_text(port.broadcast_filter)});
     table.add(
-        {"maximum age", format("%u s; byte 11: %u", bridge.max_age * seconds_in_step, bridge.byte_11)});
-    table.add({"flooding", std::to_string(bridge.flooding)});
-    table.add({"unknown multicast", format("to destination %u", port.unknown_multicast)});
-    table.add({"access list",
-               format("words 56, 60: %u %u; bytes 98, 99: %u %u; %s", acl.word_56, acl.word_60, acl.byte_98,
-                      acl.byte_99,
-                      std::memcmp(&acl, &port.acl_in_force, sizeof acl) ? "not built" : "in force")});
-    table.add({"source set", set_text(s, port.source_vps)});
+        {"Flow control",
+         pause.enable ? format("%s, %u quanta", pause_policies.text(policy).c_str(), pause.time) : "off"});
+    table.add({"FCS", format("append %s, check %s, strip %s", on_off_text(port.crc.append),
+                             on_off_text(port.crc.check), on_off_text(port.crc.strip))});
 }
 
-// What the classifier's trees say of the port.
-void add_classifier_rows(Table &table, const Session &s, u32 index, u32 number)
+void add_vlan_rows(Table &table, const sim::Port &port)
 {
+    const auto &[untagged, tagged] = port.pipelines;
+    Words priorities;
+    Words members;
+    Words maps;
+    for (const u8 priority : tagged.params.pcp_task_priority)
+        priorities.push_back(std::to_string(priority));
+    for (const auto &[vlan, flag] : port.vlans)
+        members.push_back(std::to_string(vlan));
+    for (const auto &[vlan, group] : port.cvlans)
+        maps.push_back(vlan_text(vlan) + " to " + std::to_string(group));
+    table.add({"Untagged frames",
+               port.parsing_options.untagged_discard == 1 ? "dropped" : "to " + or_dash(untagged.name)});
+    table.add({"Tagged frames", "to " + or_dash(tagged.name)});
+    table.add({"Task priorities", "by PCP " + join(priorities, " ") +
+                                      format(", default %u", tagged.params.default_task_priority)});
+    table.add({"VLAN to BG", or_dash(join(maps))});
+    table.add({"Default BG", port.default_vlan ? std::to_string(*port.default_vlan) : "-"});
+    table.add({"Member of BGs", or_dash(join(members))});
+}
+
+void add_switch_rows(Table &table, const Session &s, u32 number, const sim::SwitchPort &port)
+{
+    constexpr u32 llc_snap_bit = 16;
     constexpr u32 filter_bit = 17;
+    constexpr u32 seconds_in_step = 5;
     constexpr u32 seconds_per_minute = 60;
-    const auto value = [&](const char *tree, u32 key) {
-        return sim::lookup(s.host.rte(), tree, {{key, port_bits}}).action;
-    };
-    table.add({"flow look-up",
-               format("in %s, out %s",
-                      on_off_text(value("Map_Input_Port_NameSpace_Id", index).w2 >> filter_bit & 1),
-                      on_off_text(value("Map_Output_Port_NameSpace_Id", number).w2 >> filter_bit & 1))});
-    table.add({"ageing", format("%u minutes", value("MAC_aging_timer", number).w1 / seconds_per_minute)});
+    const auto in = flags_of(s, "Map_Input_Port_NameSpace_Id", port.logical_port.value_or(~0U));
+    const auto out = flags_of(s, "Map_Output_Port_NameSpace_Id", number);
+    const auto ageing = sim::rule(s.host.rte(), "MAC_aging_timer", {{number, port_bits}});
+    table.add({"Learning", on_off_text(port.learn)});
+    table.add({"Ageing", format("switch %u s, classifier ", port.bridge_attrs.max_age * seconds_in_step) +
+                             (ageing ? format("%u minutes", ageing->w1 / seconds_per_minute) : "default")});
+    table.add({"Flooding", on_off_text(port.bridge_attrs.flooding)});
+    table.add({"Flow look-up",
+               std::string("in ") + bit_text(in, filter_bit) + ", out " + bit_text(out, filter_bit)});
+    table.add({"Encapsulation", bit_text(out, llc_snap_bit, "dix", "llc_snap")});
 }
 
 void show_port(Session &s, const Arguments &a)
@@ -172,30 +169,33 @@ void show_port(Session &s, const Arguments &a)
     const Interface &interface = s.interfaces.at(name);
     const sim::Port port = sim::port(s.host.rte(), channel);
     const sim::SwitchPort switch_port = sim::switch_port(s.host.rte(), channel);
-    Table table(
-        {name, format("port 0x%02x, %s, %s%s", interface.number,
-                      forwarding_modes.text(interface.mode).c_str(), sim::channel_name(channel).c_str(),
-                      interface.dead ? ", deleted: this is left in the chip" : "")});
+    const auto flags = flags_of(s, "Map_Output_Port_NameSpace_Id", interface.number);
+    const auto index = switch_port.logical_port;
+    Table table({"Port", name + (interface.dead ? " (deleted: this is left in the chip)" : "")});
+    table.add(
+        {"Number", format("0x%02x, channel %s, ", interface.number, sim::channel_name(channel).c_str()) +
+                       (index ? format("index %u in the switch", *index) : "not in the switch")});
+    table.add({"Mode", flags ? mode_text(*flags) : "-"});
     add_mac_rows(table, port);
-    add_ingress_rows(table, port);
-    add_switch_rows(table, s, switch_port);
-    add_classifier_rows(table, s, switch_port.logical_port.value_or(0), interface.number);
+    add_vlan_rows(table, port);
+    add_switch_rows(table, s, interface.number, switch_port);
     table.print();
 }
 
-// Group 0's rule is a prefix of all others of the port.
-std::string egress_text(const Session &s, u32 number, u32 group)
+// How frames of a group leave a port: the tag, and whether it replaces one. Group 0's rule is a prefix of all
+// others of the port.
+Words egress_cells(const Session &s, u32 number, u32 group)
 {
     constexpr u32 tagged = 0x1000;
     constexpr u32 rewrite = 0x2000;
     const auto answer =
         sim::lookup(s.host.rte(), "OUT_VLAN_Look_up", {{number, port_bits}, {group, group_bits}});
     if (answer.from != sim::Answer::From::rule)
-        return "-";
+        return {"-", "-"};
     const u32 word = answer.action.w1;
-    return (word & tagged ? format("tag %u", word & 0xFFF) : "untagged") +
-           (word & rewrite ? ", rewritten" : "") +
-           (group != 0 && answer.length == port_bits ? " (as group 0)" : "");
+    return {(word & tagged ? std::to_string(word & 0xFFF) : "no") +
+                (group != 0 && answer.length == port_bits ? " (as BG 0)" : ""),
+            word & rewrite ? "yes" : "no"};
 }
 
 void show_vlans(Session &s, const Arguments &)
@@ -206,7 +206,7 @@ void show_vlans(Session &s, const Arguments &)
         const auto channel = sim::channel_of(number);
         const sim::Port port = channel ? sim::port(rte, *channel) : sim::Port();
         for (const auto &[vlan, group] : port.cvlans)
-            groups[group][number].push_back(vlan ? std::to_string(vlan) : "untagged");
+            groups[group][number].push_back(vlan_text(vlan));
     }
     for (const sim::Rule &rule : sim::rules(rte, "OUT_VLAN_Look_up")) {
         const u64 key = rule.key.words[0];
@@ -218,15 +218,16 @@ void show_vlans(Session &s, const Arguments &)
         if (sim::vlan_vps(rte, vlan))
             groups[vlan];
     }
-    Table table({"group", "ports in the switch", "port", "VLANs", "leaves"});
+    Table table({"BG", "Members", "Port", "VLANs", "Tagged", "Rewrite"});
     for (const auto &[group, ports] : groups) {
         Words start = {std::to_string(group), set_text(s, sim::vlan_vps(rte, group).value_or(0))};
         if (ports.empty())
-            table.add({start[0], start[1], "-", "-", "-"});
+            table.add({start[0], start[1], "-", "-", "-", "-"});
         for (const auto &[number, vlans] : ports) {
             const auto channel = sim::channel_of(number);
-            table.add({start[0], start[1], channel ? port_name(s, *channel) : format("0x%02x", number),
-                       vlans.empty() ? "-" : join(vlans), egress_text(s, number, group)});
+            const std::string name = channel ? port_name(s, *channel) : format("0x%02x", number);
+            const Words egress = egress_cells(s, number, group);
+            table.add({start[0], start[1], name, or_dash(join(vlans)), egress[0], egress[1]});
             start = {"", ""};
         }
     }
@@ -235,21 +236,16 @@ void show_vlans(Session &s, const Arguments &)
 
 } // namespace
 
-const Commands &port_show_commands()
+void add_port_show_commands(CommandTable &table)
 {
-    static const Commands rows = {
-        {"show ports", {}, "Lists the ports in service.", show_ports},
-        {"show port",
-         {interface("NAME")},
-         "Shows a port's registers, also those that a delete left.",
-         show_port},
-        {"show vlans",
-         {},
-         "Lists the bridge groups: their ports in the switch, the VLANs bound to them, the tags on the way "
-         "out.",
-         show_vlans},
-    };
-    return rows;
+    table.group("What the chip has");
+    table.add("show ports", {}, "Lists the ports in service.", "", show_ports);
+    table.add("show port", {interface("NAME")}, "Shows a port's settings, also those that a delete left.",
+              "p1", show_port);
+    table.add("show vlans", {},
+              "Lists the bridge groups (BG): their ports in the switch, the VLANs bound to them on the way "
+              "in, the tags on the way out.",
+              "", show_vlans);
 }
 
 } // namespace shell

@@ -26,35 +26,22 @@ void fault(Session &, const Arguments &a)
 
 } // namespace
 
-const Commands &simulator_commands()
+void add_simulator_commands(CommandTable &table)
 {
-    static const Commands rows = {
-        {"journal on",
-         {},
-         "From now on keeps the platform calls that the library makes.",
-         [](Session &s, const Arguments &) { s.journal_on = true; }},
-        {"journal off",
-         {},
-         "Keeps them no longer. What was kept stays.",
-         [](Session &s, const Arguments &) { s.journal_on = false; }},
-        {"journal show",
-         {optional(number("N"))},
-         "Shows the platform calls that were kept, or the last N.",
-         journal_show},
-        {"journal clear",
-         {},
-         "Forgets the platform calls that were kept.",
-         [](Session &s, const Arguments &) { s.journal.clear(); }},
-        {"fault",
-         {operation("OPERATION"), number("N", 0xFFFFFFFF, 1), status("STATUS", 1)},
-         "Makes the N-th call of a platform operation from now fail with STATUS, once.",
-         fault},
-        {"fault off",
-         {},
-         "Takes back the faults that haven't come yet.",
-         [](Session &, const Arguments &) { sim::faults::clear(); }},
-    };
-    return rows;
+    table.group("Simulator");
+    table.add("journal on", {}, "From now on keeps the platform calls that the library makes.", "",
+              [](Session &s, const Arguments &) { s.journal_on = true; });
+    table.add("journal off", {}, "Keeps them no longer. What was kept stays.", "",
+              [](Session &s, const Arguments &) { s.journal_on = false; });
+    table.add("journal show", {optional(number("N"))},
+              "Shows the platform calls that were kept, or the last N.", "10", journal_show);
+    table.add("journal clear", {}, "Forgets the platform calls that were kept.", "",
+              [](Session &s, const Arguments &) { s.journal.clear(); });
+    table.add("fault", {operation("OPERATION"), number("N", "", 0xFFFFFFFF, 1), status("STATUS", 1)},
+              "Makes the N-th call of a platform operation from now fail with STATUS, once.",
+              "kor_ptn_learn 1 5", fault);
+    table.add("fault off", {}, "Takes back the faults that haven't come yet.", "",
+              [](Session &, const Arguments &) { sim::faults::clear(); });
 }
 
 } // namespace shell

@@ -20,7 +20,8 @@ constexpr const char *help_text =
     "  --library FILE  the library to load; by default the one that was built with this program, the\n"
     "                  one beside it, or the one that the system's loader finds\n"
     "  --keep-going    goes on after a failure\n"
-    "The exit status is 0 if all went well, 1 if a command failed, 2 for wrong options.\n";
+    "The exit status is 0 if all went well, 1 if a command failed or output was lost, 2 for wrong "
+    "options.\n";
 
 struct CloseFile {
     void operator()(std::FILE *file) const { std::fclose(file); }
@@ -41,7 +42,8 @@ int run(const std::string &library, const char *script, bool keep_going)
     } else {
         runner.script(stdin, "stdin");
     }
-    return runner.all_well() ? 0 : 1;
+    const bool printed = std::fflush(stdout) == 0 && !std::ferror(stdout);
+    return runner.all_well() && printed ? 0 : 1;
 }
 
 } // namespace

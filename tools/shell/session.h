@@ -29,7 +29,6 @@ struct TreeUse {
 struct Interface {
     ovk_ethernet_if_handle handle = nullptr;
     u32 number = 0; // of its port
-    u32 mode = 0;   // ovk_ethernet_fwd_mode
     bool dead = false;
 };
 
@@ -71,6 +70,7 @@ class Session {
     std::vector<Library> retired;
     std::map<std::string, Interface> interfaces; // by name, for as long as the module is up
     std::map<std::string, TreeUse> trees;        // by short name
+    std::string chip_at_start;                   // its image when the module was up
     Words journal;
     bool journal_on = false;
     u32 calls_made = 0;

@@ -121,22 +121,34 @@ Words near(std::string_view word, const Words &names)
     return out;
 }
 
+std::string hint(const Words &names)
+{
+    return names.empty() ? "" : "; near: " + join(names);
+}
+
 void Table::print(const char *without_rows) const
 {
     if (rows_.size() == 1) {
         std::puts(without_rows);
         return;
     }
-    std::vector<std::size_t> widths;
-    for (const Words &row : rows_) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], row[i].size());
+    std::vector<int> widths; // below 0: to the left
+    for (std::size_t i = 0; i < rows_[0].size(); ++i) {
+        bool digits = true;
+        std::size_t width = 0;
+        for (const Words &row : rows_) {
+            if (i >= row.size())
+                continue;
+            width = std::max(width, row[i].size());
+            digits =
+                digits && (&row == rows_.data() || row[i].find_first_not_of("0123456789") == row[i].npos);
+        }
+        widths.push_back(static_cast<int>(width) * (digits ? 1 : -1));
     }
     for (const Words &row : rows_) {
         for (std::size_t i = 0; i < row.size(); ++i) {
             const bool last = i + 1 == row.size();
-            std::printf("%*s%s", last ? 0 : -static_cast<int>(widths[i]), row[i].c_str(),
+            std::printf("%*s%s", last ? std::max(widths[i], 0) : widths[i], row[i].c_str(),
                         last ? "\n" : "  ");
         }
     }

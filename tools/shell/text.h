@@ -30,13 +30,14 @@ std::optional<u64> to_number(std::string_view text);
 
 // The few of `names` that `word` may have been meant to be, best first.
 Words near(std::string_view word, const Words &names);
+std::string hint(const Words &names); // a message's end that offers them; empty without any
 
-// Columns as wide as their widest cell.
+// Columns as wide as their widest cell; those with nothing but numbers under their heading stand to the right.
 class Table {
   public:
-    explicit Table(Words head) { add(std::move(head)); }
+    explicit Table(Words headings) { add(std::move(headings)); }
     void add(Words row) { rows_.push_back(std::move(row)); }
-    // Says `without_rows` instead of a head alone.
+    // Says `without_rows` instead of headings alone.
     void print(const char *without_rows = "") const;
 
   private:
