@@ -3,6 +3,7 @@
 
 #include "kor_gatr.h"
 #include "kor_nvm.h"
+#include "kor_otreeset.h"
 #include "kor_qsh.h"
 #include "kor_rsrc.h"
 #include "kor_se.h"
@@ -10,6 +11,7 @@
 #include "kor_subnet.h"
 #include "kor_time.h"
 #include "kor_vp.h"
+#include "null_calls.h"
 #include "ovk_lttng.h"
 #include "ovk_print.h"
 #include "ovk_ptn.h"
@@ -20,30 +22,28 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <map>
 #include <utility>
 
+using null_platform::some_handle;
+using null_platform::some_id;
+
 namespace {
-
-constexpr u32 some_id = 0x100;
-constexpr u32 some_handle = 0x5A000001;
-
-#ifdef OVK_RECORD_CALLS
-constexpr bool recording = true;
-#else
-constexpr bool recording = false;
-#endif
 
 std::vector<null_platform::Call> calls;
 
 std::string show(const char *format, va_list arguments)
 {
-    char text[512];
+    char text[1024];
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): callers have started it
     std::vsnprintf(text, sizeof text, format, arguments);
     return text;
 }
 
-[[gnu::format(printf, 2, 3)]] void record(const char *operation, const char *format, ...)
+} // namespace
+
+void null_platform::record(const char *operation, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
@@ -51,15 +51,16 @@ std::string show(const char *format, va_list arguments)
     va_end(arguments);
 }
 
-} // namespace
-
-// Stands first in each operation. A constant condition, so nothing is left of it where calls aren't
-// recorded.
-#define CALLED(...) (recording ? record(__func__, __VA_ARGS__) : void())
-
-// The words of a pattern and of an action, for CALLED.
-#define PATTERN(pattern) static_cast<void *>((pattern)->data), (pattern)->length, (pattern)->width
-#define ACTION(action) (action)->type, (action)->w1, (action)->w2
+std::string null_platform::hex(const void *bytes, size_t count)
+{
+    std::string text;
+    for (size_t i = 0; i < count; i++) {
+        char octet[3];
+        std::snprintf(octet, sizeof octet, "%02x", static_cast<const u8 *>(bytes)[i]);
+        text += octet;
+    }
+    return text;
+}
 
 std::vector<null_platform::Call> null_platform::take_calls()
 {
@@ -105,6 +106,8 @@ u32 kor_gettime(kor_time *out)
     return 0;
 }
 
+OPERATION(kor_usleep, "%u", (microseconds), u32 microseconds)
+
 const char *kor_status_get(u32 status)
 {
     CALLED("0x%x", status);
@@ -121,11 +124,11 @@ namespace {
 
 void trace(ovk_module *module, u32, const char *, const char *format, ...)
 {
-    if constexpr (recording) {
+    if constexpr (null_platform::recording) {
         va_list arguments;
         va_start(arguments, format);
-        record("trace", "%p %s", static_cast<void *>(module),
-               show(format != nullptr ? format : "passage of %s", arguments).c_str());
+        null_platform::record("trace", "%p %s", static_cast<void *>(module),
+                              show(format != nullptr ? format : "passage of %s", arguments).c_str());
         va_end(arguments);
     }
 }
@@ -144,52 +147,83 @@ void ovk_lttng_trace_sif_force_error(ovk_module *, u32, const char *, const char
     CALLED("%s", format);
 }
 
-// Heap.
+// Heap. Where calls are recorded, a block that was given back is kept for the next of its size: the same
+// call again gets the same addresses, which then stand in texts.
+
+namespace {
+
+std::map<void *, size_t> sizes;
+std::map<size_t, std::vector<void *>> kept;
+
+void *zeroed(size_t size)
+{
+    if (!null_platform::recording)
+        return std::calloc(1, size);
+    std::vector<void *> &blocks = kept[size];
+    if (blocks.empty())
+        blocks.push_back(std::malloc(size));
+    void *block = blocks.back();
+    blocks.pop_back();
+    sizes[block] = size;
+    return std::memset(block, 0, size);
+}
+
+} // namespace
 
 void *kor_nvm_calloc(size_t count, size_t size)
 {
     CALLED("%zu %zu", count, size);
-    return std::calloc(count, size);
+    return zeroed(count * size);
 }
 
 void *kor_nvm_malloc(size_t size)
 {
     CALLED("%zu", size);
-    return std::malloc(size);
+    return null_platform::recording ? zeroed(size) : std::malloc(size);
 }
 
 void kor_nvm_free(void *block)
 {
-    CALLED("%s", "");
-    std::free(block);
+    CALLED("%p", block);
+    if (null_platform::recording)
+        kept[sizes[block]].push_back(block);
+    else
+        std::free(block);
 }
 
-// Patterns.
+// Patterns. The object of one is no more than its number among those that live.
+
+namespace {
+
+uintptr_t live_patterns;
+
+} // namespace
 
 u32 ovk_ptn_new(u32 width, kor_ptn *pattern)
 {
     CALLED("%u", width);
-    *pattern = {.data = nullptr, .length = 0, .width = width};
+    *pattern = {.data = reinterpret_cast<kor_ptn_data *>(++live_patterns), .length = 0, .width = width};
     return 0;
 }
 
 u32 ovk_ptn_clear(kor_ptn *pattern)
 {
-    CALLED("%p", static_cast<void *>(pattern));
+    CALLED("%p %u", static_cast<void *>(pattern->data), pattern->width);
     pattern->length = 0;
     return 0;
 }
 
 u32 ovk_ptn_extend(kor_ptn *pattern, u32 value, u32 bits)
 {
-    CALLED("%p 0x%x %u", static_cast<void *>(pattern), value, bits);
+    CALLED("(%p %u %u) 0x%x %u", PATTERN(pattern), value, bits);
     pattern->length += bits;
     return 0;
 }
 
-u32 ovk_ptn_free(kor_ptn_data *, u32 length, u32 width)
+u32 ovk_ptn_free(kor_ptn_data *data, u32 length, u32 width)
 {
-    CALLED("%u %u", length, width);
+    CALLED("(%p %u %u)", static_cast<void *>(data), length, width);
+    live_patterns -= data != nullptr ? 1 : 0;
     return 0;
 }
 
@@ -201,6 +235,11 @@ void ovk_ptn_print(kor_ptn_data *, u32 length, u32 width)
 void ovk_ptn_action_print(u32 type, u32 w1, u32 w2)
 {
     CALLED("%u 0x%x 0x%x", type, w1, w2);
+}
+
+void ovk_vptn_print(u32 count, const kor_vptn_field *)
+{
+    CALLED("%u", count);
 }
 
 void ovk_byte_string_print(const void *, u32 length)
@@ -229,6 +268,44 @@ u32 kor_ptn_unlearn(kor_rte rte, u32 tree_id, const kor_ptn *pattern, u32 replac
 {
     CALLED("%u 0x%x (%p %u %u) %u (%u 0x%x 0x%x)", rte, tree_id, PATTERN(pattern), replacement_length,
            ACTION(replacement));
+    return 0;
+}
+
+// As many of the fields as the operation looks at.
+#define FIELDS(vptn, count) show_fields(vptn, count).c_str()
+
+namespace {
+
+std::string show_fields(const kor_vptn_field *vptn, u32 count)
+{
+    std::string text;
+    for (u32 i = 0; i < count; i++) {
+        char field[64];
+        std::snprintf(field, sizeof field, "%u (%p %u %u) ", vptn[i].header, PATTERN(&vptn[i].pattern));
+        text += field;
+    }
+    return text;
+}
+
+} // namespace
+
+OPERATION(kor_ptn_otreeset_append, "%u 0x%x %s(%u 0x%x 0x%x)",
+          (rte, tree_id, FIELDS(vptn, count), ACTION(action)), kor_rte rte, u32 tree_id, u32 count,
+          const kor_vptn_field *vptn, const kor_ptn_action *action)
+OPERATION(kor_ptn_otreeset_insert, "%u 0x%x %u %s(%u 0x%x 0x%x)",
+          (rte, tree_id, index, FIELDS(vptn, count), ACTION(action)), kor_rte rte, u32 tree_id, u32 index,
+          u32 count, const kor_vptn_field *vptn, const kor_ptn_action *action)
+OPERATION(kor_ptn_otreeset_delete, "%u 0x%x %u %s", (rte, tree_id, index, FIELDS(vptn, 1)), kor_rte rte,
+          u32 tree_id, u32 index, const kor_vptn_field *vptn)
+OPERATION(kor_ptn_otreeset_clear, "%u 0x%x %s", (rte, tree_id, FIELDS(vptn, 1)), kor_rte rte, u32 tree_id,
+          const kor_vptn_field *vptn)
+OPERATION(kor_ptn_otreeset_build, "%u 0x%x %s", (rte, tree_id, FIELDS(vptn, 1)), kor_rte rte, u32 tree_id,
+          const kor_vptn_field *vptn)
+
+u32 kor_ptn_otreeset_novrules(kor_rte rte, u32 tree_id, const kor_vptn_field *vptn, u32 *count)
+{
+    CALLED("%u 0x%x %s", rte, tree_id, FIELDS(vptn, 1));
+    *count = 1;
     return 0;
 }
 
@@ -307,11 +384,12 @@ u32 kor_rsrc_destroy(kor_rte, kor_rsrc ns)
     return 0;
 }
 
-u32 kor_se_state_set(kor_rte, u32 ns_id, u32 offset, const void *, u32 size)
-{
-    CALLED("0x%x %u %u", ns_id, offset, size);
-    return 0;
-}
+OPERATION(kor_se_state_set, "%u 0x%x %u %s", (rte, ns_id, offset, BYTES(buffer, size)), kor_rte rte,
+          u32 ns_id, u32 offset, const void *buffer, u32 size)
+
+// What is read stays as it comes: filling it is no work of the library's.
+OPERATION(kor_se_state_get, "%u 0x%x %u %u", (rte, ns_id, offset, size), kor_rte rte, u32 ns_id, u32 offset,
+          void *, u32 size)
 
 u32 kor_qsh_shared_param_mod(kor_rte, const kor_qsh_shared_param *param, u32)
 {
@@ -333,37 +411,8 @@ PIPELINE(kor_vp_handle_get_gatr_ethernet_hsw_switch)
 PIPELINE(kor_vp_handle_get_gatr_ethernet_hsw_flood)
 PIPELINE(kor_vp_handle_get_gatr_ethernet_hsw_default)
 
-// Port adapter and switch.
-
-u32 kor_gatr_switch_bridge_age_hysteresis_set(kor_rte, u32 hysteresis)
-{
-    CALLED("%u", hysteresis);
-    return 0;
-}
-
-u32 kor_gatr_common_dscp_cos_set(kor_rte, u32 dscp, u32 cos)
-{
-    CALLED("%u %u", dscp, cos);
-    return 0;
-}
-
-u32 kor_gatr_switch_acl_cos_to_dscp_map_set(kor_rte, kor_gatr_cos cos, const kor_gatr_cos *)
-{
-    CALLED("%u %u", cos.kind, cos.value);
-    return 0;
-}
-
-u32 kor_gatr_switch_bridge_entry_learn(kor_rte, const kor_gatr_bridge_entry *)
-{
-    CALLED("%s", "");
-    return 0;
-}
-
-u32 kor_gatr_switch_bridge_entry_unlearn(kor_rte, const kor_gatr_bridge_key *)
-{
-    CALLED("%s", "");
-    return 0;
-}
+OPERATION(kor_vp_flow_data_write, "0x%x %u %u %s", (vp, bank, index, BYTES(data, KOR_VP_FLOW_DATA_SIZE)),
+          kor_vp vp, u32 bank, u32 index, const void *data)
 
 // Sibling modules.
 
@@ -392,3 +441,27 @@ u32 ovk_sif_max_subnet_entry_sz_get(u32 key_bits, u32 flag, u32 *size, u32 *opti
     *size = *optimized_size = key_bits / 8;
     return 0;
 }
+
+OPERATION(ovk_sif_netDriver_demux_add, "%p 0x%x %u",
+          (static_cast<void *>(parent), entry->entry_fn_id, entry->port_value), ovk_system *parent,
+          const ovk_sif_demux_entry *entry)
+OPERATION(ovk_sif_netDriver_demux_remove, "%p 0x%x %u",
+          (static_cast<void *>(parent), entry->entry_fn_id, entry->port_value), ovk_system *parent,
+          const ovk_sif_demux_entry *entry)
+
+u32 ovk_sys_mac_channel_id_get(ovk_system *parent, u32 port, u32 *channel)
+{
+    CALLED("%p %u", static_cast<void *>(parent), port);
+    *channel = KOR_GMAC1;
+    return 0;
+}
+
+u32 ovk_sys_interface_id_alloc(ovk_system *parent, u32 *id)
+{
+    CALLED("%p", static_cast<void *>(parent));
+    *id = some_id;
+    return 0;
+}
+
+OPERATION(ovk_sys_interface_id_free, "%p 0x%x", (static_cast<void *>(parent), id), ovk_system *parent,
+          u32 id)

@@ -55,12 +55,22 @@ calls = {
     "frame": "the frame, logging off",
     "send_to_cpu": "exception_configure, send to CPU with a queue",
     "drop": "exception_configure, drop",
+    "create_delete": "interface_create and _delete, a switched trunk",
+    "create": "interface_create by itself",
+    "delete": "interface_delete by itself",
+    "vlan_add": "vlan_id_add, the first of its bridge group",
+    "vlan_delete": "vlan_id_del",
+    "egress_vlan": "port_egress_vlan_config",
+    "counters": "port_statistics_get",
+    "l2_counters": "l2_interface_statistics_get",
 }
 counts, timed = fields("ovk-call-counts"), times("ovk-call-bench")
 for name, what in calls.items():
     exact(f"{what}: platform calls", counts[name])
 for name, what in calls.items():
     ratio(f"{what}: beside its platform calls alone", timed[f"call/{name}"], timed[f"direct/{name}"], "ns", 1.3)
+
+row("of an interface_create, on both sides: the heap", f"{min(timed['heap']):.0f} ns")
 
 writes, timed = fields("ovk-rule-bench"), times("ovk-rule-bench")
 for number in ("1000", "60000"):
@@ -69,6 +79,9 @@ ratio("one rule learnt and deleted, 60,000 rules beside 1,000", timed["one_rule/
       timed["one_rule/1000"], "ns", 1.5)
 for number in ("1000", "60000"):
     row(f"another rule each time, {int(number):,} rules", f"{min(timed[f'any_rule/{number}']):.0f} ns")
+for name, what in {"interface": "interfaces created and deleted", "vlan": "VLANs added and deleted",
+                   "counters": "reads of a port's counters"}.items():
+    row(f"{what}, simulator", f"{1e9 / min(timed[f'ports/{name}']):,.0f} per second")
 
 for program, platform in (("ovk-start-bench", "null platform"), ("ovk-start-bench-sim", "simulator")):
     row(f"start and stop, {platform}", f"{statistics.median(times(program)['start_stop']) / 1000:.2f} ms")

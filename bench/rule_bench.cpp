@@ -5,9 +5,12 @@
 // line for each with the platform's writes, which must be those stated at either size.
 //
 // Each pass takes another key, so that the tables have none of them at hand.
+//
+// And what a host does with ports in service, on a third simulated chip: "ports/interface", created and
+// deleted, "ports/vlan", added and deleted, and "ports/counters", read.
+#include "calls.h"
 #include "common/rule_key.h"
 #include "ovk_eth_hw_helper/rule_engine.h"
-#include "ovk_ethernet.h"
 #include "sim.h"
 
 #include <benchmark/benchmark.h>
@@ -77,6 +80,48 @@ void measure(benchmark::State &state, ovk_module *module, u32 keys)
         state.SkipWithError("a rule couldn't be written");
 }
 
+ovk_ethernet_if_handle trunk;
+
+u32 create_and_delete(ovk_module *module)
+{
+    ovk_ethernet_if_handle handle = nullptr;
+    const u32 created = ovk_ethernet_interface_create(module, &bench::port_attrs, &handle);
+    return created + ovk_ethernet_interface_delete(module, handle);
+}
+
+u32 add_and_delete_vlan(ovk_module *module)
+{
+    const u32 added = ovk_ethernet_vlan_id_add(module, trunk, bench::vlan, bench::bridge_group);
+    return added + ovk_ethernet_vlan_id_del(module, trunk, bench::vlan, bench::bridge_group);
+}
+
+u32 read_counters(ovk_module *module)
+{
+    ovk_eth_port_stats stats;
+    return ovk_ethernet_port_statistics_get(module, trunk, &stats, 0);
+}
+
+void measure_ports(benchmark::State &state, u32 (*work)(ovk_module *), ovk_module *module)
+{
+    u32 status = 0;
+    // NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores)
+    for (auto _ : state)
+        status += work(module);
+    if (status != 0)
+        state.SkipWithError("a call on a port failed");
+}
+
+void register_ports(ovk_module *module)
+{
+    ovk_ethernet_intf_attrs attrs = bench::port_attrs;
+    attrs.if_num = bench::trunk_port;
+    if (ovk_ethernet_interface_create(module, &attrs, &trunk) != 0)
+        std::abort();
+    benchmark::RegisterBenchmark("ports/interface", measure_ports, create_and_delete, module);
+    benchmark::RegisterBenchmark("ports/vlan", measure_ports, add_and_delete_vlan, module);
+    benchmark::RegisterBenchmark("ports/counters", measure_ports, read_counters, module);
+}
+
 bool writes_as_stated(u32 size, ovk_module *module)
 {
     const u64 before = sim::journal::write_count();
@@ -93,6 +138,7 @@ bool writes_as_stated(u32 size, ovk_module *module)
 int main(int argc, char **argv)
 {
     FilledHost hosts[] = {FilledHost(sizes[0]), FilledHost(sizes[1])};
+    FilledHost port_host(0);
     bool exact = true;
     for (size_t i = 0; i < std::size(sizes); i++) {
         exact = writes_as_stated(sizes[i], hosts[i].module()) && exact;
@@ -100,6 +146,8 @@ int main(int argc, char **argv)
         benchmark::RegisterBenchmark(("one_rule/" + size).c_str(), measure, hosts[i].module(), one_rule);
         benchmark::RegisterBenchmark(("any_rule/" + size).c_str(), measure, hosts[i].module(), any_rule);
     }
+    sim::heap::quarantine_limit(1u << 20);
+    register_ports(port_host.module());
     std::fflush(stdout);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
