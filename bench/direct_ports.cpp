@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The direct sides of the calls on ports. They are on MAC channel 1; what they read they change as the calls
-// do.
+// The direct sides of the calls on ports. They are on MAC channel 1; what they read they change as the
+// calls do.
 #include "calls.h"
 #include "common/switch_ids.h"
 #include "direct.h"

@@ -7,7 +7,8 @@
 #include "null_calls.h"
 #include "ovk_ethernet_enums.h"
 
-// An operation that sets something, on all ports or on one: what is written down of its parameters, and these.
+// An operation that sets something, on all ports or on one: what is written down of its parameters, and
+// these.
 #define SETTING(name, format, arguments, ...)                                                              \
     OPERATION(name, "%u " format, (rte, ARGUMENTS arguments), kor_rte rte, __VA_ARGS__)
 #define ON_PORT(name, format, arguments, ...)                                                              \

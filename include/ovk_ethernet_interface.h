@@ -7,8 +7,8 @@
  *
  * Life of a physical interface:
  *
- *   1. ovk_ethernet_interface_create() takes the port into service. The handle is the record's address, good
- *      until the delete and owned by the library.
+ *   1. ovk_ethernet_interface_create() takes the port into service. The handle is the record's address,
+ *      good until the delete and owned by the library.
  *   2. Services are configured on it, by the calls of this and the other headers.
  *   3. ovk_ethernet_interface_delete(). What hangs on the interface isn't looked at: take it down before.
  *
@@ -67,10 +67,10 @@ typedef struct ovk_ethernet_svi_data {
  *
  * Status: 0;
  *   KOR_E_INVALID_ARGUMENT (8)                `attrs` or `if_handle` is null; returns at once
- *   OVK_ETHERNET_E_INVALID_PORT_NUMBER, OVK_ETHERNET_E_INVALID_FWD_MODE, OVK_ETHERNET_E_INVALID_OUTPUT_RATE,
- *   OVK_ETHERNET_E_INVALID_ENCAP, OVK_ETHERNET_E_INVALID_MAC_ADDR, OVK_ETHERNET_E_INCOMPAT_PORT_TYPE
- *                                             an attribute, in this order; the last is a 10G port that isn't
- *                                             full duplex or wants auto-negotiation
+ *   OVK_ETHERNET_E_INVALID_PORT_NUMBER, OVK_ETHERNET_E_INVALID_FWD_MODE,
+ *   OVK_ETHERNET_E_INVALID_OUTPUT_RATE, OVK_ETHERNET_E_INVALID_ENCAP, OVK_ETHERNET_E_INVALID_MAC_ADDR,
+ *   OVK_ETHERNET_E_INCOMPAT_PORT_TYPE         an attribute, in this order; the last is a 10G port that
+ *                                             isn't full duplex or wants auto-negotiation
  *   OVK_ETHERNET_E_INTF_ALREADY_EXISTS        the port is in service
  *   KOR_E_NO_MEMORY (18)                      the record or the port's VLAN table
  *   the status of the step that failed: the system and interface modules' own, a rule's, those of

@@ -6,8 +6,8 @@
  * to come first, the handle (OVK_ETHERNET_E_INVALID_IF_HANDLE), the kind (OVK_ETHERNET_E_INCOMPAT_IF_TYPE),
  * and then the rest. Any may return the system module's status for a port without a MAC channel.
  *
- * The port numbers 0 and 8, of which only 0 is in use, are taken for 10-gigabit ports: their rate, duplex and
- * auto-negotiation are fixed, and the calls for them give OVK_ETHERNET_E_INCOMPAT_PORT_TYPE.
+ * The port numbers 0 and 8, of which only 0 is in use, are taken for 10-gigabit ports: their rate, duplex
+ * and auto-negotiation are fixed, and the calls for them give OVK_ETHERNET_E_INCOMPAT_PORT_TYPE.
  */
 #ifndef OVK_ETHERNET_PORT_H
 #define OVK_ETHERNET_PORT_H
@@ -45,7 +45,10 @@ OVK_ETHERNET_API u32 ovk_ethernet_interface_autoneg(ovk_module *module, ovk_ethe
                                                     u32 enable);
 OVK_ETHERNET_API u32 ovk_ethernet_autoneg_force(ovk_module *module, ovk_ethernet_if_handle if_handle);
 
-/* The interface's MAC channel in `*channel`. KOR_E_INVALID_ARGUMENT (8) for null, before the handle's checks. */
+/*
+ * The interface's MAC channel in `*channel`. KOR_E_INVALID_ARGUMENT (8) for null, before the handle's
+ * checks.
+ */
 OVK_ETHERNET_API u32 ovk_ethernet_mac_channel_get(ovk_module *module, ovk_ethernet_if_handle if_handle,
                                                   u32 *channel);
 

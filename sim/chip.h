@@ -73,7 +73,7 @@ std::map<u16, u32> demux(kor_rte rte);
 std::vector<u32> ids_in_use(kor_rte rte, std::string_view name);
 std::vector<std::string> namespaces(kor_rte rte);
 
-/* What ports share; switch.cpp lists the registers. One that was never set isn't there. port.h has ports. */
+/* What ports share; switch.cpp lists the registers. One never set isn't there. port.h has ports. */
 std::vector<kor_gatr_bridge_entry> bridge_entries(kor_rte rte); /* by kind, group, MAC */
 std::map<std::string, u64> registers(kor_rte rte);
 

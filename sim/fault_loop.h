@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * for_each_fault: runs a scenario with its first, its second, … platform call failing, until a run in which
- * no fault fired.
+ * for_each_fault: runs a scenario with its first, then its second, … platform call failing, until a run in
+ * which no fault fired.
  *
  *     struct Create {
  *         sim::Host host;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/* Ordered tree sets. All operations work on the list as it is being edited; the build puts it into force. */
+/* Ordered tree sets. All operations work on the list as it is edited; the build puts it into force. */
 #include "call.h"
 #include "chip.h"
 #include "kor_otreeset.h"

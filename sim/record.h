@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * The operations that hand out, or take, one record whole: `record_at(rte, index)` finds it and refuses an index
- * that is none.
+ * The operations that hand out, or take, one record whole: `record_at(rte, index)` finds it and refuses an
+ * index that is none.
  */
 #ifndef OVK_SIM_RECORD_H
 #define OVK_SIM_RECORD_H

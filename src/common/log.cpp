@@ -22,6 +22,11 @@ void print_line(const char *text)
         std::puts(text);
 }
 
+void trace_nothing(ovk_module * /*module*/, u32 /*line*/, const char * /*file*/, const char * /*format*/,
+                   ...)
+{
+}
+
 void log_status(ovk_module *module, log_class cls, site where, u32 status)
 {
     const char *text = ovk_sys_status_get(module->parent, status);

@@ -196,31 +196,34 @@ void print_message(const char *format, Args... args)
         std::printf(format, args...);
 }
 
-// The event's trace function, or null if the platform gives none.
-inline ovk_lttng_fn trace_function(const ovk_module *module, log_class cls)
-{
-    ovk_lttng_fn trace = nullptr;
-    // A lock failure comes here with the parent's system module, untested as its caller says.
-    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
-    (void)ovk_lttng_fn_ptr_get(module->trace_ctx, row_of(cls).event, &trace);
-    return trace;
-}
+// Stands where the platform gives no trace function.
+void trace_nothing(ovk_module *module, u32 line, const char *file, const char *format, ...);
 
+// Makes the trace call. The function isn't tested: a load that a branch waits for, right behind the
+// platform's store to the same place, takes longer than all the rest.
 template <class... Args>
 void trace_message(ovk_module *module, log_class cls, site where, const char *format, Args... args)
 {
-    if (const ovk_lttng_fn trace = trace_function(module, cls))
-        trace(module, where.line, where.file, format, args...);
+    ovk_lttng_fn trace = trace_nothing;
+    // A lock failure comes here with the parent's system module, untested as its caller says.
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
+    (void)ovk_lttng_fn_ptr_get(module->trace_ctx, row_of(cls).event, &trace);
+    trace(module, where.line, where.file, format, args...);
 }
 
 template <class... Args>
-[[gnu::noinline]] void log_message(ovk_module *module, log_class cls, site where, const char *format,
-                                   Args... args)
+[[gnu::cold, gnu::noinline]] void print_whole(const ovk_module *module, log_class cls, site where,
+                                              const char *format, Args... args)
 {
-    if (prints(module, cls)) {
-        print_head(module->module_name, cls, where);
-        print_message(format, args...);
-    }
+    print_head(module->module_name, cls, where);
+    print_message(format, args...);
+}
+
+template <class... Args>
+inline void log_message(ovk_module *module, log_class cls, site where, const char *format, Args... args)
+{
+    if (prints(module, cls)) [[unlikely]]
+        print_whole(module, cls, where, format, args...);
     trace_message(module, cls, where, format, args...);
 }
 
@@ -228,8 +231,8 @@ template <class... Args>
 void log_status(ovk_module *module, log_class cls, site where, u32 status);
 
 template <class... Args>
-[[gnu::noinline]] u32 log_failure(ovk_module *module, log_class cls, site where, u32 status,
-                                  const char *format, Args... args)
+[[gnu::cold, gnu::noinline]] u32 log_failure(ovk_module *module, log_class cls, site where, u32 status,
+                                             const char *format, Args... args)
 {
     log_message(module, cls, where, format, args...);
     log_status(module, cls, where, status);

@@ -32,9 +32,9 @@ struct rule_key {
         return *this;
     }
 
-    rule_key &add(const ovk_eth_mac_prefix &prefix)
+    rule_key &add_mac(const u8 *mac, u32 prefix_bits = OVK_ETH_MAC_BITS)
     {
-        append_mac_prefix(prefix.mac, prefix.bits, [this](u32 value, u32 bits) { add(value, bits); });
+        append_mac_prefix(mac, prefix_bits, [this](u32 value, u32 bits) { add(value, bits); });
         return *this;
     }
 };

@@ -91,17 +91,18 @@ u32 ovk_eth_setup_static_port(ovk_module *module, u32 op, u32 port, u32 out_port
 u32 ovk_eth_recv_mac(ovk_module *module, u32 op, u32 if_id, const ovk_eth_mac_prefix &mac, u32 mac_type)
 {
     return ovk::internal_call(OVK_CALLER, module, [&] {
-        return OVK_WRITE_RULE(
-            module, rule_key(module, OVK_ETH_TREE_VALIDATE_DESTMAC).add(if_id, port_bits).add(mac), op,
-            value_action(mac_type));
+        return OVK_WRITE_RULE(module,
+                              rule_key(module, OVK_ETH_TREE_VALIDATE_DESTMAC)
+                                  .add(if_id, port_bits)
+                                  .add_mac(mac.mac, mac.bits),
+                              op, value_action(mac_type));
     });
 }
 
 u32 ovk_eth_mac_addr(ovk_module *module, u32 op, const u8 *mac, u32 if_id)
 {
     return ovk::internal_call(OVK_CALLER, module, [&] {
-        return OVK_WRITE_RULE(module,
-                              rule_key(module, OVK_ETH_TREE_LOOKUP_DESTMAC).add(ovk::whole_mac(mac)), op,
+        return OVK_WRITE_RULE(module, rule_key(module, OVK_ETH_TREE_LOOKUP_DESTMAC).add_mac(mac), op,
                               value_action(if_id | owner_given));
     });
 }

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstring>
-#include <span>
 
 #include "kor_gatr.h"
 #include "kor_se.h"
@@ -24,19 +23,25 @@ static_assert(sizeof(ovk_eth_global_stats) == 92 && sizeof(ovk_eth_l2_stats) == 
 
 namespace {
 
-// Network to host byte order, in place.
-template <class Word>
-void to_host(u8 *at)
+constexpr bool swaps_bytes = std::endian::native == std::endian::little;
+
+// Network to host byte order, word for word, in place.
+void words_to_host(u8 *at, size_t size)
 {
-    if constexpr (std::endian::native == std::endian::little) {
-        Word word = 0;
-        std::memcpy(&word, at, sizeof word);
-        if constexpr (sizeof word == 8)
-            word = __builtin_bswap64(word);
-        else
-            word = __builtin_bswap32(word);
-        std::memcpy(at, &word, sizeof word);
+    for (size_t offset = 0; swaps_bytes && offset < size; offset += sizeof(u32)) {
+        u32 word = 0;
+        std::memcpy(&word, at + offset, sizeof word);
+        word = __builtin_bswap32(word);
+        std::memcpy(at + offset, &word, sizeof word);
     }
+}
+
+void exchange_halves(u8 *to, const u8 *from)
+{
+    u64 value = 0;
+    std::memcpy(&value, from, sizeof value);
+    value = value << 32 | value >> 32;
+    std::memcpy(to, &value, sizeof value);
 }
 
 // The words of the interface record that the classifier alone reads, and the counters of 64 bits.
@@ -45,14 +50,6 @@ constexpr size_t raw_words[] = {offsetof(ovk_eth_if_stats, raw_76), offsetof(ovk
 constexpr size_t wide_counters[] = {
     offsetof(ovk_eth_if_stats, rx_error_ucast), offsetof(ovk_eth_if_stats, rx_error_mcast),
     offsetof(ovk_eth_if_stats, rx_error_bcast), offsetof(ovk_eth_if_stats, ieee_802_3_dropped_bytes)};
-
-constexpr bool is_among(std::span<const size_t> offsets, size_t offset)
-{
-    for (const size_t other : offsets)
-        if (other == offset)
-            return true;
-    return false;
-}
 
 u32 read_counters(ovk_module *module, u32 ns_id, void *out, u32 size)
 {
@@ -68,10 +65,9 @@ u32 read_counters(ovk_module *module, u32 ns_id, void *out, u32 size)
 void ovk_eth_copy_hw_stats(ovk_eth_port_stats *out, const u64 *tx, const u64 *rx)
 {
     const auto copy = [](u8 *to, const u64 *from, u32 count) {
-        for (u32 index = 0; index < count; index++) {
-            const u64 value = from[index] << 32 | from[index] >> 32;
-            std::memcpy(to + (index * sizeof value), &value, sizeof value);
-        }
+        const auto *bytes = reinterpret_cast<const u8 *>(from);
+        for (size_t offset = 0; offset < count * sizeof(u64); offset += sizeof(u64))
+            exchange_halves(to + offset, bytes + offset);
     };
     auto *record = reinterpret_cast<u8 *>(out);
     copy(record, tx, KOR_GATR_TX_COUNTERS);
@@ -81,8 +77,9 @@ void ovk_eth_copy_hw_stats(ovk_eth_port_stats *out, const u64 *tx, const u64 *rx
 u32 ovk_eth_port_stats_get(ovk_module *module, u32 if_num, ovk_eth_port_stats *out, u32 clear_on_read)
 {
     return on_channel(OVK_CALLER, module, if_num, [&](u32 channel) -> u32 {
-        u64 tx[KOR_GATR_TX_COUNTERS] = {};
-        u64 rx[KOR_GATR_RX_COUNTERS] = {};
+        // The record is as long as what is read, so that it is put right where it lies.
+        auto *tx = reinterpret_cast<u64 *>(out);
+        u64 *rx = tx + KOR_GATR_TX_COUNTERS;
 
         OVK_TRY_RTE(module, kor_gatr_mac_statistics_get(module->rte_handle, channel, tx, rx, clear_on_read),
                     KOR_E_MAC_STATS,
@@ -113,16 +110,12 @@ u32 ovk_eth_if_stats_get(ovk_module *module, u32 ns_id, ovk_eth_if_stats *out)
     return ovk::internal_call(OVK_CALLER, module, [&]() -> u32 {
         OVK_TRY(read_counters(module, ns_id, out, sizeof *out));
         auto *record = reinterpret_cast<u8 *>(out);
-        for (size_t offset = 0; offset < sizeof *out; offset += sizeof(u32)) {
-            if (is_among(raw_words, offset))
-                continue;
-            if (is_among(wide_counters, offset)) {
-                to_host<u64>(record + offset);
-                offset += sizeof(u32);
-            } else {
-                to_host<u32>(record + offset);
-            }
-        }
+        words_to_host(record, sizeof *out);
+        for (const size_t offset : raw_words) // back as it came
+            words_to_host(record + offset, sizeof(u32));
+        for (const size_t offset : wide_counters)
+            if (swaps_bytes)
+                exchange_halves(record + offset, record + offset);
         return KOR_OK;
     });
 }
@@ -131,9 +124,7 @@ u32 ovk_eth_global_stats_get(ovk_module *module, u32 ns_id, ovk_eth_global_stats
 {
     return ovk::internal_call(OVK_CALLER, module, [&]() -> u32 {
         OVK_TRY(read_counters(module, ns_id, out, sizeof *out));
-        auto *record = reinterpret_cast<u8 *>(out);
-        for (size_t offset = 0; offset < sizeof *out; offset += sizeof(u32))
-            to_host<u32>(record + offset);
+        words_to_host(reinterpret_cast<u8 *>(out), sizeof *out);
         return KOR_OK;
     });
 }

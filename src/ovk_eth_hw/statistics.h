@@ -13,7 +13,8 @@ struct ovk_eth_port_counter_regs {
     u32 c;
 };
 
-// The MAC's 27 transmit and 28 receive counters into one record, the halves of each put right.
+// The MAC's 27 transmit and 28 receive counters into one record, the halves of each put right. They may lie
+// where they go.
 void ovk_eth_copy_hw_stats(ovk_eth_port_stats *out, const u64 *tx, const u64 *rx);
 
 // A port's MAC counters; `clear_on_read` 1 zeroes them. 0, the system module's own status, or

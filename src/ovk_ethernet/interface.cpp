@@ -83,7 +83,7 @@ u32 take_counters(ovk_module *module, ovk_eth_intf &port)
     OVK_TRY(ovk_eth_clear_se_state(module, port.stats_ns_id, interface_counters_size));
     if (ovk::object_of(module).port_attributes_override != 0)
         return KOR_OK;
-    ovk_eth_port_stats ignored = {};
+    ovk_eth_port_stats ignored;
     return ovk_eth_port_stats_get(module, if_num, &ignored, 1);
 }
 

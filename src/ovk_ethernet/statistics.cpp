@@ -100,8 +100,8 @@ u32 ovk_ethernet_l2_interface_statistics_get(ovk_module *module, ovk_ethernet_if
         OVK_CALLER, module,
         OVK_LINE("Failed to get L2 interface stats for interface 0x%08x\n", word(if_handle)),
         [&]() -> outcome {
-            ovk_eth_if_stats intf_stats = {};
-            ovk_eth_port_stats port_stats = {};
+            ovk_eth_if_stats intf_stats;
+            ovk_eth_port_stats port_stats;
 
             OVK_TRY(check_handle_and_record(module, if_handle, stats));
             OVK_TRY(ovk::check_port_or_aggregate(module, if_handle));

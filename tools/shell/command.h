@@ -11,8 +11,9 @@
  *     }
  *     table.add("priority set", {number("PORT"), number("PRIORITY")}, "Sets ...", "0x11 7", priority_set);
  *
- * Calls as plain as that one need no function: handlers.h has them ready. A handler finds its arguments checked. It throws Wrong for what the table can't tell, Failure for what
- * was asked rightly but can't be done.
+ * Calls as plain as that one need no function: handlers.h has them ready. A handler finds its arguments
+ * checked. It throws Wrong for what the table can't tell, Failure for what was asked rightly but can't be
+ * done.
  */
 #ifndef OVK_SHELL_COMMAND_H
 #define OVK_SHELL_COMMAND_H

@@ -182,8 +182,8 @@ void show_port(Session &s, const Arguments &a)
     table.print();
 }
 
-// How frames of a group leave a port: the tag, and whether it replaces one. Group 0's rule is a prefix of all
-// others of the port.
+// How frames of a group leave a port: the tag, and whether it replaces one. Group 0's rule is a prefix of
+// all others of the port.
 Words egress_cells(const Session &s, u32 number, u32 group)
 {
     constexpr u32 tagged = 0x1000;

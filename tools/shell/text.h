@@ -32,7 +32,8 @@ std::optional<u64> to_number(std::string_view text);
 Words near(std::string_view word, const Words &names);
 std::string hint(const Words &names); // a message's end that offers them; empty without any
 
-// Columns as wide as their widest cell; those with nothing but numbers under their heading stand to the right.
+// Columns as wide as their widest cell; those with nothing but numbers under their heading stand to the
+// right.
 class Table {
   public:
     explicit Table(Words headings) { add(std::move(headings)); }
