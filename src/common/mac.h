@@ -36,9 +36,7 @@ inline bool is_group_mac(const u8 *mac)
 
 inline ovk_eth_mac_prefix whole_mac(const u8 *mac)
 {
-    ovk_eth_mac_prefix prefix = {.mac = {}, .bits = OVK_ETH_MAC_BITS};
-    copy_mac(prefix.mac, mac);
-    return prefix;
+    return {.mac = {mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]}, .bits = OVK_ETH_MAC_BITS};
 }
 
 // Hands the prefix to `append(value, bits)` as a key wants it: whole octets, then what is left of the next

@@ -8,18 +8,24 @@
 
 namespace ovk {
 
+struct found_channel {
+    u32 status;
+    u32 channel;
+};
+
 // The MAC channel of a port number. On failure says so, with no hardware touched; the system module's
-// status.
-u32 find_channel(ovk_module *module, u32 port, u32 *channel);
+// status. Handed back by value, so that one place alone loads what the platform has just stored: with a
+// load in each writer the processor keeps guessing wrong which store it sees.
+found_channel find_channel(ovk_module *module, u32 port);
 
 // A named internal function that works on a port's MAC channel: body(channel).
 template <class Body>
 u32 on_channel(caller from, ovk_module *module, u32 port, Body body)
 {
     return internal_call(from, module, [&]() -> u32 {
-        u32 channel = 0;
-        OVK_TRY(find_channel(module, port, &channel));
-        return body(channel);
+        const found_channel found = find_channel(module, port);
+        OVK_TRY(found.status);
+        return body(found.channel);
     });
 }
 

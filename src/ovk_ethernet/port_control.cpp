@@ -173,7 +173,9 @@ u32 ovk_ethernet_mac_channel_get(ovk_module *module, ovk_ethernet_if_handle if_h
             if (channel == nullptr)
                 return OVK_FAIL(module, KOR_E_INVALID_ARGUMENT, "Null Pointer parameter\n");
             OVK_TRY(check_port(module, if_handle));
-            OVK_TRY(ovk::find_channel(module, number_of(if_handle), channel));
+            const ovk::found_channel found = ovk::find_channel(module, number_of(if_handle));
+            OVK_TRY(found.status);
+            *channel = found.channel;
             OVK_INFO(module, "Retrieved MAC Channel Info for Interface 0x%08x\n", word(if_handle));
             return KOR_OK;
         });
