@@ -9,15 +9,15 @@
 
 namespace {
 
+using namespace test;
 using rule_record = ovk_ethernet_ingress_extended_flow_data;
 using action_record = ovk_ethernet_flow_action;
 using fields = std::vector<sim::Field>; // protocol, destination, source, VLAN, priority
-using test::Lines;
 
 constexpr char tree_name[] = "ovk_ethernet.Ethernet_Association";
 constexpr rule_record any = {};
 
-class Association : public test::InterfaceTest {
+class Association : public ModuleTest {
   protected:
     ~Association() override { EXPECT_EQ(sim::live_patterns(), patterns_); }
 
@@ -59,12 +59,8 @@ TEST_F(Association, DefaultTakesEachFrameOfItsSelectorUntilItIsTornDown)
     }
     sim::journal::clear();
     sim::faults::fail("kor_ptn_otreeset_clear");
-    module()->log_mask = 7;
-    EXPECT_EQ(
-        test::messages_of([&] { EXPECT_EQ(set_default(OVK_ETH_REMOVE, 5), 0u); }),
-        Lines{
-            "[ovk_ethernet_log: Warning] RTE Error: injected fault, Failed to clear all the rules from the "
-            "OtreeSet"});
+    EXPECT_EQ(told(7, [&] { return set_default(OVK_ETH_REMOVE, 5); }),
+              "Warning] RTE Error: injected fault, Failed to clear all the rules from the OtreeSet\n");
     EXPECT_EQ(sim::journal::ops("kor_ptn"), (Lines{"kor_ptn_otreeset_clear", "kor_ptn_otreeset_build"}));
 }
 
@@ -163,15 +159,19 @@ TEST_F(Association, EachStepOnAListPrintsItsPlaceAndPattern)
 {
     const rule_record mac = {.flags = 2, .dmac = {0x01, 0x5f}, .dmac_len = 12};
     EXPECT_EQ(set_default(OVK_ETH_ADD, 9) + insert(9, 0, any), 0u);
+    sim::traces::on(true);
     const auto steps = [&] {
         return insert(9, 1, mac, {.type = 6}) + remove(9, 1) + set_default(OVK_ETH_REMOVE, 9);
     };
-    EXPECT_EQ(
-        std::regex_replace(told(0x40, steps), std::regex("ovk_ethernet.Ethernet_Association: "), ""),
-        "vptn_learn] (1) [0x09/8 w8, 0x0/0 w24, 0x015/12 w48, 0x0/0 w48, 0x0/0 w12, 0x0/0 w3] -> data 0x0 "
-        "0x500000\nvptn_build] (1) [0x09/8 w8]\nvptn_unlearn] (1) [0x09/8 w8]\nvptn_build] (1) [0x09/8 "
-        "w8]\n"
-        "vptn_clear] (0) [0x09/8 w8]\nvptn_build] (0) [0x09/8 w8]\n");
+    EXPECT_EQ(std::regex_replace(told(0x40, steps), std::regex("ovk_ethernet.Ethernet_Association: "), ""),
+              "vptn_learn] (1) [0x09/8 w8, 0x0/0 w24, 0x015/12 w48, 0x0/0 w48, 0x0/0 w12, 0x0/0 w3] -> "
+              "data 0x0 0x500000\nvptn_build] (1) [0x09/8 w8]\n"
+              "vptn_unlearn] (1) [0x09/8 w8]\nvptn_build] (1) [0x09/8 w8]\n"
+              "vptn_clear] (0) [0x09/8 w8]\nvptn_build] (0) [0x09/8 w8]\n");
+    std::string events;
+    for (const sim::traces::Record &record : sim::traces::records())
+        events += record.event >= 20 && record.event <= 23 ? std::to_string(record.event) + ' ' : "";
+    EXPECT_EQ(events, "20 23 21 23 22 23 ");
 }
 
 TEST_F(Association, RefusalsAndFailuresLeaveTheListsAsFarAsTheyCame)
@@ -181,7 +181,7 @@ TEST_F(Association, RefusalsAndFailuresLeaveTheListsAsFarAsTheyCame)
     const auto prepare = [&] { (void)(at++, set_default(OVK_ETH_ADD, at) + insert(at, 0, any)); };
     const auto rules = [&] {
         const sim::OrderedList list = sim::ordered_list(host().rte(), tree_name, at);
-        return test::printed(": %zu, %zu", list.edited.size(), list.in_force.size());
+        return printed(": %zu, %zu", list.edited.size(), list.in_force.size());
     };
     const std::string key = "32522 Could not build the input pattern: 2, 2|";
     const std::string count = key + "82 RTE, Failed to get the number of rules in OtreeSet: 2, 2|";
@@ -208,13 +208,6 @@ TEST_F(Association, RefusalsAndFailuresLeaveTheListsAsFarAsTheyCame)
     sim::faults::fail("ovk_ptn_extend", 3);
     expect([&] { return insert(at, 0, mac); }, 2 * 0x7f0a, "Could not build the input pattern"); // the sum
     EXPECT_EQ(rules(), ": 1, 1");
-    sim::traces::on(true);
-    EXPECT_EQ(insert(at, 0, any) + insert(at, 1, any) + remove(at, 1) + set_default(OVK_ETH_REMOVE, at),
-              0u);
-    std::string events;
-    for (const sim::traces::Record &record : sim::traces::records())
-        events += record.event >= 20 && record.event <= 23 ? std::to_string(record.event) + ' ' : "";
-    EXPECT_EQ(events, "20 23 20 23 21 23 22 23 ");
 }
 
 } // namespace

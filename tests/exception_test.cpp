@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support.h"
 
-#include <cstring>
 #include <optional>
 
 #include "common/rule_key.h"
@@ -10,8 +9,8 @@
 
 namespace {
 
+using namespace test;
 using action_record = ovk_ethernet_exception_action;
-using test::Lines;
 
 constexpr u32 queue = sim::first_queue + 3; // of the id 0x103
 constexpr u32 bad_queue = 0x1234;
@@ -36,16 +35,9 @@ action_record to_function(const char *name)
     return {.type = 5, .send_to_tvu_func = {name}};
 }
 
-class ExceptionConfigure : public test::ModuleTest {
+class ExceptionConfigure : public ModuleTest {
   protected:
-    ExceptionConfigure()
-    {
-        port_.if_magic = OVK_ETH_IF_MAGIC;
-        port_.if_type = INTERFACE_TYPE_PHY;
-        port_.if_id = 0x2abcd;
-        subif_ = port_;
-        subif_.if_type = INTERFACE_TYPE_VLAN;
-    }
+    ExceptionConfigure() { port_.if_id = 0x2abcd; }
     u32 configure(u32 domain, u32 type, const action_record &action)
     {
         return ovk_ethernet_exception_configure(module(), domain, type, &action);
@@ -55,30 +47,24 @@ class ExceptionConfigure : public test::ModuleTest {
         return std::string("|Failed to configure ") + ovk_eth_exception_action_name(action_type) +
                " action for " + ovk_eth_exception_name(type) + " exception type";
     }
-    Lines changes_since(const std::string &image) { return sim::image_diff(image, host().image()); }
-
-    // The same with the names of the CPU trees and the handler's shortened.
+    // What changes_since() gives, with the names of the CPU trees and the handler's shortened.
     std::string rules_since(const std::string &image)
     {
         std::string out;
-        for (std::string line : changes_since(image)) {
-            for (const char *part : {"tree ovk_ethernet.", "Get_cpu_path_", "Exception_Handler_", "rule "})
-                if (const size_t at = line.find(part); at != std::string::npos)
-                    line.erase(at, std::strlen(part));
+        for (const std::string &line : changes_since(image))
             out += line + '\n';
-        }
-        return out;
+        const std::regex noise("tree ovk_ethernet\\.|Get_cpu_path_|Exception_Handler_|rule ");
+        return std::regex_replace(out, noise, "");
     }
 
-    ovk_eth_intf port_ = {};
-    ovk_eth_intf subif_ = {};
+    ovk_eth_intf port_ = live_record(INTERFACE_TYPE_PHY);
+    ovk_eth_intf subif_ = live_record(INTERFACE_TYPE_VLAN);
 };
 
 TEST_F(ExceptionConfigure, RefusesTheFirstWrongArgumentInItsOrder)
 {
     const struct {
-        u32 domain;
-        u32 type;
+        u32 domain, type;
         std::optional<action_record> action;
         u32 status;
         std::string message;
@@ -106,14 +92,10 @@ TEST_F(ExceptionConfigure, RefusesTheFirstWrongArgumentInItsOrder)
          "RTE Error: unknown name, Failed to return ID for the XGR function"},
     };
     const std::string before = host().image();
-    module()->log_mask = 3;
     for (const auto &at : cases) {
         const action_record *action = at.action ? &*at.action : nullptr;
-        EXPECT_EQ(test::messages_of([&] {
-                      EXPECT_EQ(ovk_ethernet_exception_configure(module(), at.domain, at.type, action),
-                                at.status);
-                  }),
-                  test::failures(at.message + closing(action ? action->type : 0, at.type), at.status));
+        expect([&] { return ovk_ethernet_exception_configure(module(), at.domain, at.type, action); },
+               at.status, at.message + closing(action ? action->type : 0, at.type));
     }
     EXPECT_EQ(changes_since(before), Lines{});
 }
@@ -122,8 +104,7 @@ TEST_F(ExceptionConfigure, WritesTheRulesOfEachActionAndDropTakesThemBack)
 {
     // Keys: two bits of domain and eight of code; in the CPU trees the identifier.
     const struct {
-        u32 domain;
-        u32 type;
+        u32 domain, type;
         action_record action;
         const char *rules;
     } cases[] = {
@@ -186,11 +167,9 @@ TEST_F(ExceptionConfigure, DropWithoutRulesIsThePlatformsToRefuse)
     const std::string before = host().image();
     EXPECT_EQ(configure(2, 9, drop), 0u);
     sim::strict_unlearn(host().rte(), true);
-    module()->log_mask = 3;
-    EXPECT_EQ(test::messages_of([&] { EXPECT_EQ(configure(2, 9, drop), 65u); }),
-              test::failures(refused + closing(1, 9), 65));
+    expect([&] { return configure(2, 9, drop); }, 65, refused + closing(1, 9));
     // A rule without the two of the CPU trees stands behind the first refusal.
-    test::lines_of([&] { EXPECT_EQ(configure(2, 8, drop), 65u); });
+    EXPECT_EQ(configure(2, 8, drop), 65u);
     EXPECT_EQ(changes_since(before), Lines{});
 }
 
@@ -199,52 +178,52 @@ TEST_F(ExceptionConfigure, WritesInOrderAndWhatIsWrittenBeforeAFailureStands)
     const std::pair<char, const char *> trees[] = {
         {'h', "Exception_Handler_lookup"}, {'p', "Get_cpu_path_param"}, {'q', "Get_cpu_path_qsh_queue"}};
     const auto standing = [&] {
-        std::string out;
+        std::string out = ": ";
         for (const auto &[letter, tree] : trees)
             if (!sim::rules(host().rte(), tree).empty())
                 out += letter;
         return out;
     };
     const action_record cpu = to_cpu(0, 0, 0, 0, queue);
-    const struct {
-        action_record before;
-        action_record action;
-        Lines stand; // after a failure of the first write, the second, ..., none
-    } cases[] = {
-        {drop, cpu, {"", "h", "hp", "hpq"}},
-        {drop, to_bdl(0, 0, queue), {"", "h", "hq"}},
-        {cpu, drop, {"hpq", "hq", "h", ""}},
+    const auto step = [](const char *failure, const std::string &at) {
+        return "32522 Could not build the input pattern: " + at + '|' + failure + ": " + at + '|';
     };
-    for (const auto &at : cases) {
-        const bool removes = at.action.type == drop.type;
-        for (u32 nth = 1; nth <= at.stand.size(); nth++) {
-            EXPECT_EQ(configure(3, 5, at.before), 0u);
-            sim::faults::fail(removes ? "kor_ptn_unlearn" : "kor_ptn_learn", nth);
-            const u32 failed = removes ? 65 : 64;
-            EXPECT_EQ(configure(3, 5, at.action), nth < at.stand.size() ? failed : 0u);
-            sim::faults::clear();
-            EXPECT_EQ(standing(), at.stand[nth - 1]);
-            EXPECT_EQ(configure(3, 5, drop), 0u);
-        }
-    }
+    const auto learn = std::bind_front(step, "64 RTE, Failed to learn the input pattern");
+    const auto unlearn = std::bind_front(step, "65 RTE, Failed to unlearn the input pattern");
+    const auto check = [&](const action_record &before, const action_record &action,
+                           const std::string &failures) {
+        const auto prepare = [&] { EXPECT_EQ(configure(3, 5, drop) + configure(3, 5, before), 0u); };
+        EXPECT_EQ(faults_of([&] { return configure(3, 5, action); }, prepare, standing), failures);
+    };
+    const std::string none = "32522 Failed to get Queue ID from the Queue handle 0x51000004: |";
+    check(drop, cpu, none + learn("") + learn("h") + learn("hp"));
+    check(drop, to_bdl(0, 0, queue), none + learn("") + learn("h"));
+    check(drop, to_port(&port_, 0, queue), none + learn(""));
+    check(drop, to_function(tvu_function),
+          "32522 Could not build the input pattern: |63 RTE, Failed to return ID for the XGR function: |"
+          "64 RTE, Failed to learn the input pattern: |");
+    check(cpu, drop, unlearn("hpq") + unlearn("hq") + unlearn("h"));
 }
 
 TEST_F(ExceptionConfigure, ReportsSuccessAtInfoLevel)
 {
-    module()->log_mask = 15;
-    EXPECT_EQ(test::messages_of([&] { EXPECT_EQ(configure(0, 12, to_port(&port_, 0, queue)), 0u); }),
-              Lines{"[ovk_ethernet_log: info] Configured OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_PORT "
-                    "action for OVK_ETHERNET_EXCEPTION_TYPE_ETH_MTU_FAILED exception type"});
+    EXPECT_EQ(told(15, [&] { return configure(0, 12, to_port(&port_, 0, queue)); }),
+              "info] Configured OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_PORT action for "
+              "OVK_ETHERNET_EXCEPTION_TYPE_ETH_MTU_FAILED exception type\n");
 }
 
-TEST_F(ExceptionConfigure, WriterRefusesAnActionThatHasNoRule)
+TEST_F(ExceptionConfigure, WriterRefusesAKeyAndThenAnActionThatCantBeMade)
 {
-    const std::string before = host().image();
-    module()->log_mask = 3;
-    EXPECT_EQ(test::messages_of(
-                  [&] { EXPECT_EQ(ovk_eth_exception_config(module(), OVK_ETH_ADD, 0, 1, &drop, 0), 8u); }),
-              test::failure("Invalid exception action type specified!", 8));
-    EXPECT_EQ(changes_since(before), Lines{});
+    const u64 writes = sim::journal::write_count();
+    const auto write = [&](u32 op) { return ovk_eth_exception_config(module(), op, 0, 1, &drop, 0); };
+    for (const u32 op : {1u, 2u}) {
+        sim::faults::fail("ovk_ptn_clear", 1, 0x100);
+        sim::faults::fail_always("ovk_ptn_extend", 0x11);
+        expect([&] { return write(op); }, 0x122, "Could not build the input pattern"); // the sum
+        sim::faults::clear();
+    }
+    expect([&] { return write(1); }, 8, "Invalid exception action type specified!");
+    EXPECT_EQ(sim::journal::write_count(), writes);
 }
 
 TEST_F(ExceptionConfigure, CpuTreeOfTwoQueuesSaysWhetherOneIsGiven)

@@ -6,7 +6,6 @@
 namespace {
 
 using namespace test;
-
 using FrameWithoutModule = HostTest;
 using Frame = ModuleTest;
 
@@ -26,6 +25,23 @@ const public_call public_calls[] = {
      "OVK_ETHERNET_EXCEPTION_TYPE_NO_ENCAP_FLOW_FOUND exception type"},
     {ovk_ethernet_shutdown, "Ethernet module failed to shutdown"},
     {ovk_ethernet_service_function_update, "Ethernet module failed to register service fns"},
+    {[](ovk_module *m) { return ovk_ethernet_interface_create(m, nullptr, nullptr); },
+     "Failed to create interface"},
+    {[](ovk_module *m) { return ovk_ethernet_output_rate_set(m, nullptr, 2); },
+     "Failed to set Interface 0x00000000 at rate OVK_ETHERNET_SPEED_100M"},
+    // Those that say of a bad module something else than of a failure.
+    {[](ovk_module *m) { return ovk_ethernet_port_number_get(m, nullptr, nullptr); },
+     "Failed to get the port for interface handle 0x00000000"},
+    {[](ovk_module *m) { return ovk_ethernet_interface_handle_get(m, 7, nullptr); },
+     "Failed to get interface handle for port 7"},
+    {[](ovk_module *m) { return ovk_ethernet_interface_delete(m, nullptr); },
+     "Failed to delete interface handle 0x00000000"},
+    {[](ovk_module *m) { return ovk_ethernet_vlan_id_add(m, nullptr, 9, 1); },
+     "Failed to add VLAN ID 0x0009 for Interface 0x00000000"},
+    {[](ovk_module *m) { return ovk_ethernet_port_egress_vlan_config(m, nullptr, 1, 1, 9, 0); },
+     "Failed to add VLAN ID 0x0009 for Interface 0x00000000"},
+    {[](ovk_module *m) { return ovk_ethernet_mac_aging_timer_config(m, nullptr, 0); },
+     "Failed to get the port for interface handle 0x00000000"},
 };
 
 TEST_F(FrameWithoutModule, BadModuleHandleIsRefusedWithTwoLinesAtAnyMask)
@@ -166,20 +182,11 @@ TEST_F(Frame, HandleTestsRefuseTheOneAddressThatWrapsToNull)
 {
     auto *wild_if = reinterpret_cast<ovk_eth_intf *>(uintptr_t{0} - offsetof(ovk_eth_intf, if_magic));
     auto *wild_flow = reinterpret_cast<ovk_eth_flow *>(uintptr_t{0} - offsetof(ovk_eth_flow, flow_magic));
-    if (sizeof(void *) == 4) {
-        EXPECT_EQ(hex(wild_if), "0xffffffe4");
-        EXPECT_EQ(hex(wild_flow), "0xfffffff4");
-    }
     ovk_eth_intf intf = {};
     ovk_eth_flow flow = {};
     for (ovk_eth_intf *handle : {static_cast<ovk_eth_intf *>(nullptr), wild_if, &intf}) {
-        ovk_ethernet_exception_action action = {};
-        action.type = OVK_ETHERNET_EXCEPTION_ACTION_TYPE_SEND_TO_PORT;
-        action.send_to_port = {handle, 0, sim::first_queue};
-        host().parent()->global_log_mask = 3;
-        const Lines lines = messages_of(
-            [&] { EXPECT_EQ(ovk_ethernet_exception_configure(module(), 0, 1, &action), 0x2000003u); });
-        EXPECT_EQ(lines.front(), "[ovk_ethernet_log: ERROR] Invalid Interface handle " + hex(handle));
+        expect([&] { return ovk_ethernet_interface_delete(module(), handle); }, 0x2000003,
+               "Invalid Interface handle " + hex(handle) + "|Failed to delete interface " + hex(handle));
     }
     for (ovk_eth_flow *handle : {static_cast<ovk_eth_flow *>(nullptr), wild_flow, &flow})
         EXPECT_FALSE(ovk_eth_valid_flow_handle(handle));

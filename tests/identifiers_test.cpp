@@ -8,25 +8,10 @@
 
 namespace {
 
-using handle = ovk_ethernet_if_handle;
-using test::hex;
-using test::printed;
+using namespace test;
 
-using Identifiers = test::InterfaceTest;
-using InterfaceChecks = test::InterfaceTest;
-
-// A live record of a kind, in a mode where the kind has one.
-ovk_eth_intf record(u32 type, u32 mode = 0)
-{
-    ovk_eth_intf intf = {};
-    intf.if_magic = OVK_ETH_IF_MAGIC;
-    intf.if_type = type;
-    if (type == INTERFACE_TYPE_PHY)
-        intf.phy.attrs.fwd_mode = mode;
-    if (type == INTERFACE_TYPE_AGGR)
-        intf.aggr.fwd_mode = mode;
-    return intf;
-}
+using Identifiers = ModuleTest;
+using InterfaceChecks = ModuleTest;
 
 TEST_F(Identifiers, PortsAndSwitchIndicesAreEachOthersReverse)
 {
@@ -88,12 +73,12 @@ TEST_F(InterfaceChecks, KindAndModeDecide)
         u32 routed, switched;
     };
     std::vector<row> rows = {{{}, bad_handle, 99, bad_handle, bad_handle},
-                             {record(INTERFACE_TYPE_VLAN), 0, 4, 0, bad_type},
-                             {record(INTERFACE_TYPE_SWITCH_VIRTUAL), 0, 4, 0, bad_type},
-                             {record(77), bad_type, 99, 0, bad_type}};
+                             {live_record(INTERFACE_TYPE_VLAN), 0, 4, 0, bad_type},
+                             {live_record(INTERFACE_TYPE_SWITCH_VIRTUAL), 0, 4, 0, bad_type},
+                             {live_record(77), bad_type, 99, 0, bad_type}};
     for (const u32 type : {INTERFACE_TYPE_PHY, INTERFACE_TYPE_AGGR})
         for (u32 mode = 0; mode <= 6; mode++)
-            rows.push_back({record(type, mode), 0, mode, mode == 4 ? 0 : bad_mode,
+            rows.push_back({live_record(type, mode), 0, mode, mode == 4 ? 0 : bad_mode,
                             mode >= 1 && mode <= 3 ? 0 : bad_mode});
     for (row &given : rows) {
         SCOPED_TRACE(printed("kind %u mode %u", given.intf.if_type, given.mode));
@@ -219,28 +204,27 @@ TEST_F(InterfaceChecks, HandleListIsPackedAndHolds1024)
 
 TEST_F(Identifiers, GettersAnswer)
 {
-    const handle port = test::make_port(module(), 0x21, 1);
-    test::HandMadeAggregate aggr(module(), 1, 2, {});
+    const handle port = make_port(module(), 0x21, 1);
+    HandMadeAggregate aggr(module(), 1, 2, {});
     u32 number = 0, id = 0;
     handle owner = nullptr;
-    module()->log_mask = 15;
-    const auto lines = test::messages_of([&] {
-        EXPECT_EQ(ovk_ethernet_port_number_get(module(), port, &number), 0u);
-        EXPECT_EQ(ovk_ethernet_interface_id_get(module(), aggr.handle(), &id), 0u);
-        EXPECT_EQ(ovk_ethernet_interface_handle_get(module(), 0x81, &owner), 0u);
+    const std::string lines = told(15, [&] {
+        return ovk_ethernet_port_number_get(module(), port, &number) +
+               ovk_ethernet_interface_id_get(module(), aggr.handle(), &id) +
+               ovk_ethernet_interface_handle_get(module(), 0x81, &owner);
     });
     EXPECT_EQ(number, 0x21u);
     EXPECT_EQ(id, 0x81u);
     EXPECT_EQ(owner, aggr.handle());
-    const std::string info = "[ovk_ethernet_log: info] Retrieved ", of_aggr = hex(aggr.handle());
-    EXPECT_EQ(lines, (test::Lines{info + "the port number 33 for Interface handle " + hex(port),
-                                  info + "Interface ID 0x81 for interface handle " + of_aggr,
-                                  info + "the Interface handle " + of_aggr + " for port 129"}));
+    const std::string of_aggr = hex(aggr.handle());
+    EXPECT_EQ(lines, "info] Retrieved the port number 33 for Interface handle " + hex(port) +
+                         "\ninfo] Retrieved Interface ID 0x81 for interface handle " + of_aggr +
+                         "\ninfo] Retrieved the Interface handle " + of_aggr + " for port 129\n");
 }
 
 TEST_F(Identifiers, GettersRefuseAndZeroWhatTheyWouldHaveGiven)
 {
-    ovk_eth_intf vlan = record(INTERFACE_TYPE_VLAN), dead = {};
+    ovk_eth_intf vlan = live_record(INTERFACE_TYPE_VLAN), dead = {};
     u32 word = 0;
     const auto port = ovk_ethernet_port_number_get, id = ovk_ethernet_interface_id_get;
     const auto refuse = [&](auto get, handle of, u32 *out, u32 status, const std::string &cause) {
@@ -272,21 +256,6 @@ TEST_F(Identifiers, GettersRefuseAndZeroWhatTheyWouldHaveGiven)
     no_owner(0x20, 0x2000028, "Interface handle for port %u does not exist");
     expect([&] { return ovk_ethernet_interface_handle_get(module(), 0x99, nullptr); }, 8,
            "Null Interface Handle Pointer|Failed to get the interface handle for port 153");
-}
-
-TEST_F(Identifiers, CallsSayWhatFailedOfABadModule)
-{
-    using test::no_module, test::operator+;
-    const auto lines = test::messages_of([] {
-        EXPECT_EQ(ovk_ethernet_port_number_get(nullptr, nullptr, nullptr), 1u);
-        EXPECT_EQ(ovk_ethernet_interface_handle_get(nullptr, 7, nullptr), 1u);
-        EXPECT_EQ(ovk_ethernet_interface_create(nullptr, nullptr, nullptr), 1u);
-        EXPECT_EQ(ovk_ethernet_interface_delete(nullptr, nullptr), 1u);
-    });
-    EXPECT_EQ(lines, no_module("Failed to get the port for interface handle 0x00000000") +
-                         no_module("Failed to get interface handle for port 7") +
-                         no_module("Failed to create interface") +
-                         no_module("Failed to delete interface handle 0x00000000"));
 }
 
 } // namespace

@@ -104,15 +104,8 @@ TEST_F(LogWithoutModule, TextWithoutArgumentsIsALineAndAFormatStandsAsItIs)
 TEST_F(Log, FailureIsPairsOfLinesThatShareAPosition)
 {
     module()->log_mask = 7;
-    const auto failing = [&] { EXPECT_EQ(ovk_ethernet_exception_configure(module(), 1, 13, nullptr), 8u); };
-    EXPECT_EQ(
-        messages_of(failing),
-        failures(
-            "NULL exception action pointer|Failed to configure OVK_ETHERNET_EXCEPTION_ACTION_TYPE_UNKNOWN "
-            "action for OVK_ETHERNET_EXCEPTION_TYPE_UNKNOWN exception type",
-            8));
     sim::traces::on(true);
-    Lines positions = lines_of(failing);
+    Lines positions = lines_of([&] { ovk_ethernet_exception_configure(module(), 1, 13, nullptr); });
     ASSERT_EQ(positions.size(), 4u);
     for (std::string &line : positions)
         line = line.substr(line.find("] ") + 2, line.find(' ', line.find("] ") + 2) - line.find("] ") - 2);
@@ -131,18 +124,17 @@ TEST_F(Log, FailureIsPairsOfLinesThatShareAPosition)
 struct mask_row {
     u32 (*call)(ovk_module *module, u32 argument);
     u32 before, argument, after;
-    const char *line; // "@" is the handle; null: the new mask lets none out
+    const char *line; // without the handle; null: the new mask lets none out
 };
 
 constexpr mask_row mask_rows[] = {
-    {ovk_ethernet_log_level_set, 0, 0x8000004F, 0x8000004F,
-     "Ethernet module @ log-level set to 0x8000004f"},
-    {ovk_ethernet_log_level_set, 0x1F, 5, 5, nullptr},
-    {ovk_ethernet_log_enable, 0x40, 0x30F, 0x34F, "Enabled log-level 0x30f for Ethernet module @"},
+    {ovk_ethernet_log_level_set, 0, 0x8000004F, 0x8000004F, "Ethernet module log-level set to 0x8000004f"},
+    {ovk_ethernet_log_level_set, 0xF, 5, 5, nullptr},
+    {ovk_ethernet_log_enable, 0x40, 0x30F, 0x34F, "Enabled log-level 0x30f for Ethernet module"},
     {ovk_ethernet_log_enable, 0x84, 1, 0x85, nullptr},
-    {ovk_ethernet_log_disable, 0x34F, 0x240, 0x10F, "Disabled log-level 0x240 for Ethernet module @"},
-    {ovk_ethernet_sys_log, 0, 15, 15, "Ethernet module @ log-level set to 0xf"},
-    {ovk_ethernet_sys_log, 0xFFFFFFFF, 3, 3, nullptr},
+    {ovk_ethernet_log_disable, 0x34F, 0x240, 0x10F, "Disabled log-level 0x240 for Ethernet module"},
+    {ovk_ethernet_sys_log, 0, 15, 15, "Ethernet module log-level set to 0xf"},
+    {ovk_ethernet_sys_log, 0xFFFFFFEF, 3, 3, nullptr},
 };
 
 TEST_F(Log, CallsChangeTheMaskAndReportUnderTheNewOne)
@@ -150,16 +142,13 @@ TEST_F(Log, CallsChangeTheMaskAndReportUnderTheNewOne)
     for (const mask_row &row : mask_rows) {
         SCOPED_TRACE(row.argument);
         module()->log_mask = row.before;
-        Lines lines = messages_of([&] { EXPECT_EQ(row.call(module(), row.argument), 0u); });
+        const Lines lines = messages_of([&] { EXPECT_EQ(row.call(module(), row.argument), 0u); });
         EXPECT_EQ(module()->log_mask, row.after);
-        std::erase_if(lines,
-                      [](const std::string &line) { return line.find("function") != std::string::npos; });
-        Lines expected;
-        if (row.line != nullptr) {
-            expected = {std::string("[ovk_ethernet_log: info] ") + row.line};
-            expected[0].replace(expected[0].find('@'), 1, hex(module()));
-        }
-        EXPECT_EQ(lines, expected);
+        const std::string handle = "module " + hex(module());
+        EXPECT_EQ(lines, row.line == nullptr
+                             ? Lines{}
+                             : Lines{"[ovk_ethernet_log: info] " +
+                                     std::regex_replace(row.line, std::regex("module"), handle)});
     }
 
     // Of the passage lines, too, only those after the change.

@@ -5,11 +5,10 @@
 
 namespace {
 
-using handle = ovk_ethernet_if_handle;
+using namespace test;
 using std::string;
-using test::changes;
 
-class PortControl : public test::InterfaceTest {
+class PortControl : public ModuleTest {
   protected:
     using call = std::function<u32(handle)>;
     template <class... Given, class... Args>
@@ -36,14 +35,14 @@ class PortControl : public test::InterfaceTest {
     static string named(handle intf, const string &text)
     {
         const string channelled = std::regex_replace(text, std::regex("%"), "MAC Channel KOR_GMAC17");
-        return std::regex_replace(channelled, std::regex("@"), "Interface " + test::hex(intf));
+        return std::regex_replace(channelled, std::regex("@"), "Interface " + hex(intf));
     }
     void refused(const call &make, handle intf, u32 with_status, const string &messages)
     {
         expect([&] { return make(intf); }, with_status, named(intf, messages));
     }
 
-    const handle port_ = test::make_port(module(), 0x11, 2);
+    const handle port_ = make_port(module(), 0x11, 2);
     u32 channel_ = 99;
     ovk_ethernet_port_status status_{};
 };
@@ -54,9 +53,9 @@ TEST_F(PortControl, CallReadsFirstWritesOnlyAChangeAndSaysSo)
         const u64 writes = sim::journal::write_count();
         string changed;
         module()->log_mask = 15 | OVK_ETHERNET_LOG_HW;
-        EXPECT_EQ(test::messages_of([&] { changed = changes(host(), [&] { return make(port_); }); }),
-                  (test::Lines{named(port_, "[ovk_ethernet_log: hw] " + hw),
-                               named(port_, "[ovk_ethernet_log: info] " + info)}));
+        EXPECT_EQ(messages_of([&] { changed = changes(host(), [&] { return make(port_); }); }),
+                  (Lines{named(port_, "[ovk_ethernet_log: hw] " + hw),
+                         named(port_, "[ovk_ethernet_log: info] " + info)}));
         module()->log_mask = 0;
         EXPECT_EQ(changed, expected) << hw;
         EXPECT_EQ(sim::journal::write_count() - writes, expected.empty() ? 0u : 1u) << hw;
@@ -93,7 +92,7 @@ TEST_F(PortControl, CallReadsFirstWritesOnlyAChangeAndSaysSo)
     EXPECT_EQ(std::memcmp(&status_, &up, sizeof up), 0);
     for (const auto &[bit, mac] : {std::pair{1u, 64u}, {2u, 32u}, {4u, 2u}, {8u, 1u}})
         step(status(0, bit, &status_), "",
-             test::printed("Getting Port Status for %% in Non-blocking mode, mask = 0x%08x", mac),
+             printed("Getting Port Status for %% in Non-blocking mode, mask = 0x%08x", mac),
              "Port Status Retrieved for @");
     step(rate(5), "- speed = 0x2 + speed = 0x5 ", "Configuring % with " + speed + "10G" + half,
          "@ rate set to " + speed + "10G");
@@ -168,8 +167,6 @@ TEST_F(PortControl, RefusesHandleKindAndPortInThatOrderAndStopsAtAFailure)
     bad(flow(0, 0), port_, 8, "Time duration setting 0 is invalid", flow_of);
     bad(flow(0, 1), port_, 8, policy + "INVALID is invalid", flow_of);
     bad(flow(6, 1), port_, 8, policy + "MAX is invalid", flow_of);
-    EXPECT_EQ(test::messages_of([&] { EXPECT_EQ(ovk_ethernet_output_rate_set(nullptr, port_, 2), 1u); }),
-              test::no_module(named(port_, "Failed to set @ at rate OVK_ETHERNET_SPEED_100M")));
 }
 
 TEST_F(PortControl, TaskPrioritiesGoToThreePipelinesInOrder)
@@ -188,7 +185,7 @@ TEST_F(PortControl, TaskPrioritiesGoToThreePipelinesInOrder)
     // After a failure: the first byte in the object, then in the pipelines in their order.
     const auto first = [&] {
         const auto in = [&](u32 id) { return sim::bridging_vp(host().rte(), id).pcp_task_priority[0]; };
-        return test::printed(" %c: %c%c%c", stored[0], in(0x16), in(0x18), in(0x17));
+        return printed(" %c: %c%c%c", stored[0], in(0x16), in(0x18), in(0x17));
     };
     const string get = "32522 kor_gatr_common_vps_bridging_vp_get Failed for ethernet_hsw_";
     const string put = "32522 kor_gatr_common_vps_bridging_vp_set Failed for ethernet_hsw_";

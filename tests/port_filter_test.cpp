@@ -3,19 +3,16 @@
 
 namespace {
 
-using handle = ovk_ethernet_if_handle;
-using test::HandMadeAggregate;
-using test::hex;
-using test::printed;
+using namespace test;
 
 constexpr u32 access_mode = 1, trunk = 2, tunnel = 3, routed = 4, static_mode = 5;
 constexpr u8 second_mac[6] = {0x00, 0x1b, 0x19, 0xa0, 0xb1, 0xc2};
 constexpr u8 own_mac[6] = {0x02};
 constexpr u8 group_mac[6] = {0x01, 0x1b, 0x19, 0x00, 0x00, 0x00};
 
-class PortFilter : public test::InterfaceTest {
+class PortFilter : public ModuleTest {
   protected:
-    handle make(u32 number, u32 mode) { return test::make_port(module(), number, mode); }
+    handle make(u32 number, u32 mode) { return make_port(module(), number, mode); }
     sim::Port port(u32 number) { return sim::port(host().rte(), *sim::channel_of(number)); }
 
     u32 promiscuous(handle of, u32 mode) { return ovk_ethernet_promiscuous_mode(module(), of, mode); }
@@ -27,17 +24,12 @@ class PortFilter : public test::InterfaceTest {
     template <class Call>
     std::string done(u32 log_mask, Call call)
     {
-        module()->log_mask = log_mask;
         sim::journal_on(true);
         sim::journal::clear();
-        std::string text;
-        for (const std::string &line : test::messages_of([&] { EXPECT_EQ(call(), 0u); }))
-            text += line.substr(line.find(": ") + 2) + '\n';
+        std::string text = told(log_mask, call);
         for (const std::string &entry : sim::journal::write_entries())
             text +=
                 std::regex_replace(entry, std::regex("kor_|0x7e000001, |ovk_ethernet\\.| w8"), "") + '\n';
-        sim::journal_on(false);
-        module()->log_mask = 0;
         return text;
     }
     // The flags words that the classifier has for a port.
@@ -103,7 +95,6 @@ TEST_F(PortFilter, FlowFilterIsBit17AndOnlyOneSetsIt)
                                   of->if_id, ns_id, out) +
                           printed("ptn_learn(Map_Input_Port_NameSpace_Id, 0x%02x/8, data 0x%x 0x%x)\n",
                                   of->hsw_if_id, ns_id, in));
-            EXPECT_EQ(flags(of), printed("data 0x%x 0x%x, data 0x%x 0x%x", ns_id, in, ns_id, out));
             EXPECT_EQ(of->inif_flags, in);
             EXPECT_EQ(of->outif_flags, out);
             EXPECT_EQ(of->phy.in_flow_filter, row.in);
@@ -185,13 +176,8 @@ TEST_F(PortFilter, CallsRefuseWhatTheyAreNotFor)
                  fixed = make(0x13, static_mode);
     const handle member = make(0x14, static_mode);
     HandMadeAggregate trunks(module(), 0, trunk, {member}), routes(module(), 1, routed, {});
-    ovk_eth_intf dead = {}, vlan = {};
-    vlan.if_magic = OVK_ETH_IF_MAGIC;
-    vlan.if_type = INTERFACE_TYPE_VLAN;
-    struct why {
-        u32 status;
-        std::string cause;
-    };
+    ovk_eth_intf dead = {}, vlan = live_record(INTERFACE_TYPE_VLAN);
+    using why = std::pair<u32, std::string>;
     const why no_handle = {0x2000003, "Invalid Interface handle %1$s"};
     const why in_aggregate = {0x2000003,
                               "Invalid Uasge: Interface handle is a part of Aggregated link %1$s"};
@@ -200,11 +186,11 @@ TEST_F(PortFilter, CallsRefuseWhatTheyAreNotFor)
     const why is_static = {0x2000022, mode + "STATIC"};
     const why is_vlan = {0x200001e, "Incompatible Interface type INTERFACE_TYPE_VLAN"};
     const why is_aggr = {0x200001e, "Incompatible Interface type INTERFACE_TYPE_AGGR"};
-    using rows = std::vector<std::pair<handle, why>>;
-    const auto refuse = [&](const std::string &operation, const rows &given, auto call) {
-        for (const auto &[of, cause] : given)
-            expect([&, &intf = of] { return call(intf); }, cause.status,
-                   printed((cause.cause + '|' + operation).c_str(), hex(of).c_str()));
+    const auto refuse = [&](const std::string &operation, const std::vector<std::pair<handle, why>> &given,
+                            auto call) {
+        for (const auto &[of, reason] : given)
+            expect([&, &intf = of] { return call(intf); }, reason.first,
+                   printed((reason.second + '|' + operation).c_str(), hex(of).c_str()));
     };
     const std::string before = host().image();
     refuse("Failed to set Interface %1$s in Promiscuous mode",

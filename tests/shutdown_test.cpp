@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "ovk_eth_helper/names.h"
 #include "support.h"
 
 namespace {
 
 using namespace test;
-
 using Shutdown = HostTest;
 using ServiceUpdate = ModuleTest;
 
@@ -17,12 +15,11 @@ TEST_F(Shutdown, LeavesSettingsRegistrationOneBucketAndOneNode)
     EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u);
 
     Lines expected = {"+ register switch.age_hysteresis = 0x0"};
-    for (const char n : {'0', '1', '2', '3', '4', '5', '6', '7'}) {
-        expected.push_back(std::string("+ register common.dscp_cos[") + n + "] = 0x" + n);
-        expected.push_back(std::string("+ register switch.acl_cos_to_dscp[") + n + "] = 0x" + n);
-    }
+    for (const char *of : {"common.dscp_cos", "switch.acl_cos_to_dscp"})
+        for (int n = 0; n < 8; n++)
+            expected.push_back(printed("+ register %s[%d] = 0x%d", of, n, n));
     std::sort(expected.begin(), expected.end());
-    Lines diff = sim::image_diff(before, host().image());
+    Lines diff = changes_since(before);
     ASSERT_EQ(diff.size(), 18u);
     EXPECT_TRUE(diff.back().starts_with("+ service ovk_ethernet shutdown"));
     diff.pop_back();
@@ -35,14 +32,13 @@ TEST_F(Shutdown, LeavesSettingsRegistrationOneBucketAndOneNode)
 TEST_F(Shutdown, EndsTheHandleUntilTheNextStart)
 {
     EXPECT_EQ(ovk_ethernet_init(module()), 0u);
-    module()->log_mask = 15;
-    const std::string head = "[ovk_ethernet_log: info] ";
-    EXPECT_EQ(messages_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 0u); }),
-              (Lines{head + "Freed Stats NS IDs 0x00900140 for global counters",
-                     head + "Freed Intf PCP Stats NS IDs 0x00900540 for default counters",
-                     head + "Freed Intf VLAN Stats NS IDs 0x00900940 for default counters",
-                     head + "Freed Flow Info NS IDs from 0x00d0fe19 to 0x00d0ff18",
-                     head + "Ethernet module " + hex(module()) + " shutdown"}));
+    EXPECT_EQ(told(15, [&] { return ovk_ethernet_shutdown(module()); }),
+              "info] Freed Stats NS IDs 0x00900140 for global counters\n"
+              "info] Freed Intf PCP Stats NS IDs 0x00900540 for default counters\n"
+              "info] Freed Intf VLAN Stats NS IDs 0x00900940 for default counters\n"
+              "info] Freed Flow Info NS IDs from 0x00d0fe19 to 0x00d0ff18\n"
+              "info] Ethernet module " +
+                  hex(module()) + " shutdown\n");
     EXPECT_EQ(module()->module_object, nullptr);
     lines_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), 1u); });
     lines_of([&] { EXPECT_EQ(ovk_ethernet_init(module()), 0u); });
@@ -83,11 +79,9 @@ TEST_F(Shutdown, FailureStopsItAndLeavesTheHandleValid)
         SCOPED_TRACE(std::string(step.operation) + " " + std::to_string(step.nth));
         start_over();
         EXPECT_EQ(ovk_ethernet_init(module()), 0u);
-        module()->log_mask = 3;
         ASSERT_TRUE(sim::faults::fail(step.operation, step.nth));
-        EXPECT_EQ(messages_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), step.status); }),
-                  failures(step.causes, step.status) +
-                      failure("Ethernet module " + hex(module()) + " failed to shutdown", step.status));
+        expect([&] { return ovk_ethernet_shutdown(module()); }, step.status,
+               step.causes + ("|Ethernet module " + hex(module()) + " failed to shutdown"));
         EXPECT_EQ(holdings(host()), step.stands + std::string(" mem 10052"));
         EXPECT_EQ(ovk_ethernet_log_level_set(module(), 0), 0u);
         lines_of([&] { EXPECT_EQ(ovk_ethernet_shutdown(module()), step.again); });
@@ -120,20 +114,17 @@ TEST_F(ServiceUpdate, RenewsHandlesAndAddressesAlone)
               Lines{"ovk_module_service_function_update(ovk_ethernet, 0x0, 0x0)"});
     const ovk_service_record record = *host().service_record();
     EXPECT_EQ(record.shutdown, ovk_ethernet_shutdown);
-    EXPECT_EQ(record.sys_log, ovk_ethernet_sys_log);
-    EXPECT_EQ(record.error_name, ovk_eth_error_name);
     EXPECT_EQ(record.indirect_fn_id, 0x1234);
 }
 
 TEST_F(ServiceUpdate, StopsAtWhatIsMissing)
 {
     ovk_eth_module_object &object = ovk::object_of(module());
-    module()->log_mask = 3;
     const auto update = [&](const std::string &cause, u32 status) {
         for (const auto pipeline : pipelines)
             object.*pipeline = 0;
-        EXPECT_EQ(messages_of([&] { EXPECT_EQ(ovk_ethernet_service_function_update(module()), status); }),
-                  failures(cause + "|Ethernet module failed to register service fns", status));
+        expect([&] { return ovk_ethernet_service_function_update(module()); }, status,
+               cause + "|Ethernet module failed to register service fns");
     };
     sim::hide(host().rte(), "gatr_ethernet_hsw_switch");
     update("Failed to find ethernet_hsw_switch VP handle", 20);

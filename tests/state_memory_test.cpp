@@ -8,19 +8,19 @@
 
 namespace {
 
+using namespace test;
 using bytes = std::vector<u8>;
-using test::Lines;
 
 constexpr u32 id = 0xd0fe20;
 constexpr u8 mac[6] = {0x00, 0x1b, 0x19, 0xa0, 0xb1, 0xc2};
 
-using StateMemory = test::HostTest;
-using BridgeTableEntry = test::HostTest;
+using StateMemory = HostTest;
+using BridgeTableEntry = HostTest;
 
-// `all` bytes, of which the first `size` were cleared.
-bytes cleared(u32 size, u32 all)
+// 300 bytes, of which the first `size` were cleared.
+bytes cleared(u32 size)
 {
-    bytes out(all, 0xee);
+    bytes out(300, 0xee);
     std::fill_n(out.begin(), size, 0);
     return out;
 }
@@ -29,47 +29,38 @@ TEST_F(StateMemory, ClearWritesZeroesFromTheStartInOneCall)
 {
     const kor_rte rte = host().rte();
     sim::journal_on(true);
-    for (const u32 size : {256u, 144u, 32u, 0u}) {
-        sim::state_put(rte, id, 0, bytes(300, 0xee));
+    for (const u32 size : {256u, 144u, 32u, 5u, 0u}) {
+        sim::state_put(rte, id, 0, cleared(0));
+        sim::shared_put(rte, id, cleared(0));
         sim::journal::clear();
         EXPECT_EQ(ovk_eth_clear_se_state(module(), id, size), 0u);
-        EXPECT_EQ(sim::state(rte, id, 300), cleared(size, 300));
-        EXPECT_EQ(sim::journal::writes(), Lines{"kor_se_state_set"}) << size;
-    }
-    for (const u32 size : {32u, 5u, 0u}) {
-        sim::shared_put(rte, id, bytes(40, 0xee));
-        sim::journal::clear();
         EXPECT_EQ(ovk_eth_clear_shared_namespace_state(module(), id, size), 0u);
-        EXPECT_EQ(sim::shared(rte, id, 40), cleared(size, 40));
-        EXPECT_EQ(sim::journal::writes(), Lines{"kor_qsh_shared_param_mod"}) << size;
+        EXPECT_EQ(sim::state(rte, id, 300), cleared(size));
+        EXPECT_EQ(sim::shared(rte, id, 300), cleared(size));
+        EXPECT_EQ(sim::journal::writes(), (Lines{"kor_se_state_set", "kor_qsh_shared_param_mod"})) << size;
     }
 }
 
 TEST_F(StateMemory, ClearOfStateHasAClassLineAndOfSharedMemoryNone)
 {
     const auto clear_both = [&] {
-        EXPECT_EQ(ovk_eth_clear_se_state(module(), id, 5), 0u);
-        EXPECT_EQ(ovk_eth_clear_shared_namespace_state(module(), id, 5), 0u);
+        return ovk_eth_clear_se_state(module(), id, 5) +
+               ovk_eth_clear_shared_namespace_state(module(), id, 5);
     };
     sim::traces::on(true);
-    module()->log_mask = 0x80;
-    EXPECT_EQ(test::messages_of(clear_both),
-              Lines{"[ovk_ethernet_log: se_write] NS ID 0x00d0fe20 idx 0: 0000000000"});
-    module()->log_mask = 0x16f;
-    EXPECT_EQ(test::lines_of(clear_both), Lines{});
+    EXPECT_EQ(told(0x80, clear_both), "se_write] NS ID 0x00d0fe20 idx 0: 0000000000\n");
+    EXPECT_EQ(told(0x16f, clear_both), "");
     const Lines once = {"8 ovk_eth_clear_se_state",
                         "27 NS ID 0x00d0fe20 idx 0: ", "9 ovk_eth_clear_se_state",
                         "8 ovk_eth_clear_shared_namespace_state", "9 ovk_eth_clear_shared_namespace_state"};
-    EXPECT_EQ(test::traced(), test::operator+(once, once));
+    EXPECT_EQ(traced(), operator+(once, once));
 }
 
 TEST_F(StateMemory, FailureOfSharedMemoryHasTheStatusOfARead)
 {
-    module()->log_mask = 3;
     sim::faults::fail("kor_qsh_shared_param_mod");
-    EXPECT_EQ(
-        test::messages_of([&] { EXPECT_EQ(ovk_eth_clear_shared_namespace_state(module(), id, 32), 43u); }),
-        test::failure("RTE Error: injected fault, Failed to initialize QSH shared memory", 43));
+    expect([&] { return ovk_eth_clear_shared_namespace_state(module(), id, 32); }, 43,
+           "RTE Error: injected fault, Failed to initialize QSH shared memory");
 }
 
 TEST_F(BridgeTableEntry, HasItsFieldsAtTheirBytes)
@@ -94,7 +85,7 @@ TEST_F(BridgeTableEntry, HasItsFieldsAtTheirBytes)
         std::erase(record, ' ');
         EXPECT_EQ(ovk_eth_hsw_bridge_table_entry(module(), 1, at.port, at.mac, at.group, at.is_default),
                   0u);
-        EXPECT_EQ(sim::image_diff(before, host().image()), Lines{"+ bridge " + record});
+        EXPECT_EQ(changes_since(before), Lines{"+ bridge " + record});
         // Every other operation takes the entry of that key out, whatever the port.
         for (const u32 op : {2u, 0u, 3u}) {
             EXPECT_EQ(ovk_eth_hsw_bridge_table_entry(module(), op, 99, at.mac, at.group, at.is_default),

@@ -8,11 +8,8 @@
 
 namespace {
 
-using handle = ovk_ethernet_if_handle;
+using namespace test;
 using std::string;
-using test::hex;
-using test::Lines;
-using test::printed;
 
 // Names in the records' order; words without a name are left empty.
 // clang-format off
@@ -88,7 +85,7 @@ void report(handle intf, void *callback, u64 sum)
     seen = {seen.calls + 1, sim::lock_depth(seen.lock).value_or(99), intf, callback, sum, seen.lock};
 }
 
-class Statistics : public test::InterfaceTest {
+class Statistics : public ModuleTest {
   protected:
     Statistics() { seen = {0, 0, nullptr, nullptr, 0, host().lock()}; }
 
@@ -121,7 +118,7 @@ class Statistics : public test::InterfaceTest {
         sim::state_put(host().rte(), ns_id, 0, bytes);
     }
 
-    const handle port_ = test::make_port(module(), 0x11, 2);
+    const handle port_ = make_port(module(), 0x11, 2);
 };
 
 TEST_F(Statistics, EachCounterOfAPortStandsAndPrintsUnderItsName)
@@ -139,14 +136,14 @@ TEST_F(Statistics, EachCounterOfAPortStandsAndPrintsUnderItsName)
     }
     sim::mac_counters_set(host().rte(), KOR_GMAC17, tx, rx);
     const auto print = [&] { EXPECT_EQ(ovk_ethernet_port_stats_print(module(), port_), 0u); };
-    EXPECT_EQ(test::lines_of(print), lines);
+    EXPECT_EQ(lines_of(print), lines);
     for (const u32 clear : {2u, 1u, 0u}) { // 1 alone clears
         ovk_eth_port_stats stats;
         EXPECT_EQ(get(port_, &stats, clear), 0u);
         std::memcpy(found.data(), &stats, sizeof stats);
         EXPECT_EQ(found, clear == 0 ? decltype(found){} : expected);
     }
-    EXPECT_EQ(test::lines_of(print),
+    EXPECT_EQ(lines_of(print),
               (Lines{"", lines[1], line("tx_frm", "%20llu", 22, 0), line("rx_frm", "%20llu", 22, 0)}));
 }
 
@@ -170,8 +167,8 @@ TEST_F(Statistics, InterfaceAndGlobalCountersComeOutOfNetworkOrder)
         EXPECT_EQ(value, is_raw(offset) ? __builtin_bswap32(static_cast<u32>(host_order)) : host_order)
             << offset;
     }
-    EXPECT_EQ(test::lines_of(print), lines);
-    EXPECT_EQ(test::lines_of(print_global), global);
+    EXPECT_EQ(lines_of(print), lines);
+    EXPECT_EQ(lines_of(print_global), global);
     const auto raw = [](u32 id, u32 size) {
         string bytes = printed("se_read] NS ID 0x%08x idx 0: ", id);
         for (u32 at = 0; at < size; at++)
@@ -192,15 +189,15 @@ TEST_F(Statistics, InterfaceAndGlobalCountersComeOutOfNetworkOrder)
     count(global_id, 92, true);
     const auto zero = [](const char *name) { return line(name, "%10llu", 27, 0); };
     EXPECT_EQ(
-        test::lines_of(print_global),
+        lines_of(print_global),
         (Lines{"", global[1], zero("Number of Packets sent to PH:"), zero("Number of Packets sent to BDL:"),
                zero("Number of Packets recd from BDL:"), zero("CPU Flow Pkts bound to IPv4:")}));
-    EXPECT_EQ(test::lines_of(print), (Lines{"", lines[1], zero("Tx Encap Packets:")}));
+    EXPECT_EQ(lines_of(print), (Lines{"", lines[1], zero("Tx Encap Packets:")}));
 }
 
 TEST_F(Statistics, LayerTwoCountersAreWhatTheClassifierDidntDrop)
 {
-    test::HandMadeAggregate aggregate(module(), 0, 2, {});
+    HandMadeAggregate aggregate(module(), 0, 2, {});
     std::mt19937_64 random(7);
     for (const handle intf : {port_, aggregate.handle()}) {
         sim::TxCounters tx;
@@ -232,7 +229,7 @@ TEST_F(Statistics, LayerTwoCountersAreWhatTheClassifierDidntDrop)
         for (const auto &[found, expected] : counters)
             EXPECT_EQ(found, expected);
     }
-    EXPECT_EQ(test::lines_of([&] { ovk_ethernet_l2_interface_statistics_print(module(), port_); }).at(1),
+    EXPECT_EQ(lines_of([&] { ovk_ethernet_l2_interface_statistics_print(module(), port_); }).at(1),
               "Ethernet L2 Interface Stats: (Drop counters with zero count not shown):");
 }
 
@@ -302,18 +299,15 @@ TEST_F(Statistics, CrcErrorsArePolledUnderTheLockUntilTheThresholdIsReached)
     sim::faults::fail(read, 4); // after three waits
     expect([&] { return poll(1); }, 108,
            "RTE Error: injected fault, Failed to get the port MAC stats with Clear-On-Read flag Reset for "
-           "mac channel "
-           "KOR_GMAC17|Failed to get port stats from RTE|Failed to get port stats" +
+           "mac channel KOR_GMAC17|Failed to get port stats from RTE|Failed to get port stats" +
                of + failed);
     EXPECT_EQ(sim::journal::entries("kor_usleep"), Lines(3, "kor_usleep(0x3d090)"));
     expect([&] { return poll(0, nullptr, 0); }, 8, "Null stats pointer parameter" + failed);
     expect([&] { return poll(0, report, 0); }, 8, "Polling frequency must be greater than 0" + failed);
     EXPECT_EQ(seen.calls, 1u);
-    module()->log_mask = 15;
-    const string info = "[ovk_ethernet_log: info] ";
-    EXPECT_EQ(test::messages_of([&] { EXPECT_EQ(poll(0), 0u); }),
-              (Lines{info + "Retrieved the port stats" + of, info + "CRC Error threshold exceeded" + of,
-                     info + "Ending polling for CRC errors" + of}));
+    EXPECT_EQ(told(15, [&] { return poll(0); }), "info] Retrieved the port stats" + of +
+                                                     "\ninfo] CRC Error threshold exceeded" + of +
+                                                     "\ninfo] Ending polling for CRC errors" + of + '\n');
     EXPECT_EQ(seen.calls, 2u);
 }
 

@@ -17,51 +17,12 @@
 #include <vector>
 
 #include "common/module_object.h"
+#include "fault_outcomes.h"
 #include "ovk_ethernet.h"
 #include "ovk_sys.h"
 #include "sim.h"
 
 namespace test {
-
-// A host that no module has started on. Each test begins with a process that has just started, and ends
-// with no misuse of the platform and a free lock.
-class HostTest : public testing::Test {
-  protected:
-    HostTest() { begin(); }
-    ~HostTest() override { end(); }
-
-    // Another host, as if another test began.
-    void start_over()
-    {
-        end();
-        begin();
-    }
-
-    sim::Host &host() { return *host_; }
-    ovk_module *module() { return host_->module(); }
-
-  private:
-    void begin()
-    {
-        sim::reset();
-        host_ = std::make_unique<sim::Host>();
-    }
-    void end()
-    {
-        EXPECT_EQ(sim::misuse(), std::vector<std::string>{});
-        EXPECT_EQ(sim::lock_depth(host_->lock()), 0u);
-    }
-
-    std::unique_ptr<sim::Host> host_;
-};
-
-// A module that has started, with all masks 0.
-class ModuleTest : public HostTest {
-  protected:
-    ModuleTest() { EXPECT_EQ(ovk_ethernet_init(module()), 0u); }
-
-    eth_tree_info &tree(ovk_eth_tree index) { return ovk::tree_of(module(), index); }
-};
 
 // What goes to standard output during `call`.
 template <class Call>
@@ -116,6 +77,7 @@ inline std::vector<std::string> failure(const std::string &message, u32 status,
 }
 
 using Lines = std::vector<std::string>;
+using handle = ovk_ethernet_if_handle;
 
 inline Lines operator+(Lines first, const Lines &second)
 {
@@ -185,18 +147,30 @@ inline ovk_ethernet_if_handle make_port(ovk_module *module, u32 if_num, u32 fwd_
     return port;
 }
 
+// A live record of a kind, in a mode where the kind has one.
+inline ovk_eth_intf live_record(u32 type, u32 mode = 0)
+{
+    ovk_eth_intf intf = {};
+    intf.if_magic = OVK_ETH_IF_MAGIC;
+    intf.if_type = type;
+    if (type == INTERFACE_TYPE_PHY)
+        intf.phy.attrs.fwd_mode = mode;
+    if (type == INTERFACE_TYPE_AGGR)
+        intf.aggr.fwd_mode = mode;
+    return intf;
+}
+
 // An aggregate made by hand: a live record, owner of its id, with a VLAN table and the given ports as
 // members. Its MAC address ends in its id. Its flags words are those of a create; no rule of it is in any
 // tree. Undone by its destructor, which comes before the module's.
 class HandMadeAggregate {
   public:
     HandMadeAggregate(ovk_module *module, u32 slot, u32 fwd_mode, std::vector<ovk_eth_intf *> members)
-        : object_(ovk::object_of(module)), slot_(slot), members_(std::move(members)), vlans_(4096)
+        : object_(ovk::object_of(module)), slot_(slot), record_(live_record(INTERFACE_TYPE_AGGR, fwd_mode)),
+          members_(std::move(members)), vlans_(4096)
     {
         record_.eth_handle = module;
         record_.if_guard = OVK_ETH_IF_GUARD;
-        record_.if_magic = OVK_ETH_IF_MAGIC;
-        record_.if_type = INTERFACE_TYPE_AGGR;
         record_.if_id = 0x80 + slot;
         record_.hsw_if_id = members_.empty() ? 0xff : members_.front()->hsw_if_id;
         record_.inif_flags = record_.outif_flags = record_.if_id + (fwd_mode * 256) + 0x20000;
@@ -204,7 +178,6 @@ class HandMadeAggregate {
         ovk_eth_aggr_tail &aggr = record_.aggr;
         aggr.src_mac[0] = 0x02;
         aggr.src_mac[5] = static_cast<u8>(record_.if_id);
-        aggr.fwd_mode = fwd_mode;
         aggr.encap_type = OVK_ETHERNET_ENCAP_DIX;
         aggr.promiscuous = aggr.in_flow_filter = aggr.out_flow_filter = 1;
         aggr.vlan_eth_type[0] = aggr.vlan_eth_type[1] = 0x8100;
@@ -239,17 +212,10 @@ class HandMadeAggregate {
 
     ovk_eth_module_object &object_;
     u32 slot_;
-    ovk_eth_intf record_{};
+    ovk_eth_intf record_;
     std::vector<ovk_eth_intf *> members_;
     std::vector<ovk_eth_aggr_vlan_entry> vlans_;
 };
-
-// All that a public call prints that was given a module that isn't one.
-inline Lines no_module(const std::string &operation)
-{
-    const std::string head = "[ovk_unknown_log: ERROR] ";
-    return {head + "Invalid Ethernet module handle 0x00000000", head + operation};
-}
 
 // A record of the hardware's, as an image shows it: each byte reads 0x80 plus its offset, but for those
 // given.
@@ -291,9 +257,30 @@ std::string changes(const sim::Host &host, Call call)
     return std::regex_replace(out, std::regex("(switch_)?port \\S+ |tree \\S+ |(vlan|flag) (?=0x)"), "");
 }
 
-// A module that has started, asked for refusals and for what the classifier finds.
-class InterfaceTest : public ModuleTest {
+inline u32 faults_injected = 0;
+
+// A host that no module has started on. Each test begins with a process that has just started, and ends
+// with no misuse of the platform and a free lock.
+class HostTest : public testing::Test {
   protected:
+    HostTest() { begin(); }
+    ~HostTest() override { end(); }
+
+    // Another host, as if another test began.
+    void start_over()
+    {
+        end();
+        begin();
+    }
+
+    sim::Host &host() { return *host_; }
+    ovk_module *module() { return host_->module(); }
+    Lines changes_since(const std::string &image) { return sim::image_diff(image, host().image()); }
+    std::string answer(const char *of, const std::vector<sim::Field> &key)
+    {
+        return sim::action_text(host().rte(), sim::lookup(host().rte(), of, key).action);
+    }
+
     // A call's status and, with errors shown, its lines: pairs of that status, as failures() takes them.
     template <class Call>
     void expect(Call call, u32 status, const std::string &messages)
@@ -303,38 +290,6 @@ class InterfaceTest : public ModuleTest {
         EXPECT_EQ(messages_of([&] { given = call(); }), failures(messages, status));
         EXPECT_EQ(given, status) << messages;
         module()->log_mask = 0;
-    }
-    // What the call fails with and says first when the first of its platform calls fails, when the second
-    // does, and so on, with `after()` behind each: "108 RTE, Failed to ...|". Repeats are left out;
-    // `prepare()` comes before each run.
-    template <class Call>
-    std::string faults_of(
-        Call call, const std::function<void()> &prepare = [] {},
-        const std::function<std::string()> &after = [] { return ""; })
-    {
-        const sim::faults::Sweep sweep = {
-            .except = {"ovk_lttng_fn_ptr_get", "ovk_ptn_free", "ovk_sys_sem_lock_wait", "kor_sem_post"}};
-        std::string out, last;
-        for (u32 nth = 1;; nth++) {
-            prepare();
-            u32 given = 0;
-            module()->log_mask = 3;
-            sim::faults::fail_any(nth, sweep);
-            const Lines lines = messages_of([&] { given = call(); }) + Lines{""};
-            const bool fired = !sim::faults::fired().empty();
-            sim::faults::clear();
-            module()->log_mask = 0;
-            if (!fired)
-                return std::regex_replace(out, std::regex("RTE Error: injected fault"), "RTE");
-            const std::string text =
-                printed("%u ", given) + lines[0].substr(lines[0].find("] ") + 2) + after() + '|';
-            out += text == last ? "" : text;
-            last = text;
-        }
-    }
-    std::string answer(const char *of, const std::vector<sim::Field> &key)
-    {
-        return sim::action_text(host().rte(), sim::lookup(host().rte(), of, key).action);
     }
     // What a call that succeeds prints at a mask, line by line: "info] Created Interface 0x0012abcd".
     template <class Call>
@@ -347,6 +302,101 @@ class InterfaceTest : public ModuleTest {
         module()->log_mask = 0;
         return text;
     }
+    // What the call fails with and says first when the first of its platform calls fails, when the second
+    // does, and so on, with `after()` behind each: "108 RTE, Failed to ...|". Repeats are left out;
+    // `prepare()` comes before each run.
+    std::string faults_of(
+        const std::function<u32()> &call, const std::function<void()> &prepare = [] {},
+        const std::function<std::string()> &after = [] { return ""; })
+    {
+        std::string out, last;
+        const auto add = [&](const FaultyRun &run) {
+            if (run.failed == "nothing")
+                return;
+            const std::string &line = run.lines.at(0);
+            const std::string text =
+                printed("%u ", run.status) + line.substr(line.find("] ") + 2) + after();
+            out += text == last ? "" : text + '|';
+            last = text;
+        };
+        each_fault(
+            call, prepare, add,
+            {.except = {"ovk_lttng_fn_ptr_get", "ovk_ptn_free", "ovk_sys_sem_lock_wait", "kor_sem_post"}});
+        return out;
+    }
+    // The same runs, held against fault_outcome(); `settle` comes behind each, with the operation that
+    // failed and whether the call did its work. Gives the number of faults.
+    u32 sweep(const std::string &name, const std::function<u32()> &call,
+              const std::function<void()> &prepare,
+              const std::function<void(const std::string &, bool)> &settle,
+              const sim::faults::Sweep &of = {})
+    {
+        SCOPED_TRACE(name);
+        const auto check = [&](const FaultyRun &run) {
+            const FaultOutcome expected = fault_outcome(run.failed);
+            EXPECT_EQ(run.status, expected.status);
+            EXPECT_TRUE(*expected.cause == 0 ||
+                        std::regex_search(run.lines.at(0), std::regex(expected.cause)))
+                << run.lines.at(0);
+            EXPECT_EQ(sim::misuse(), Lines{});
+            // A lock that couldn't be given back stays with its holder, whose call has done its work.
+            const bool is_held = run.failed == "kor_sem_post";
+            EXPECT_EQ(sim::lock_depth(host().lock()), is_held ? 1u : 0u);
+            EXPECT_EQ(is_held ? kor_sem_post(host().lock()) : 0, 0u);
+            settle(run.failed, run.status == 0 || is_held);
+        };
+        return each_fault(call, prepare, check, of);
+    }
+
+  private:
+    struct FaultyRun {
+        std::string failed; // the operation, or "nothing"
+        u32 status;
+        Lines lines;
+    };
+    // Until no call is left to fail.
+    u32 each_fault(const std::function<u32()> &call, const std::function<void()> &prepare,
+                   const std::function<void(const FaultyRun &)> &settle, const sim::faults::Sweep &of)
+    {
+        for (u32 number = 1;; number++) {
+            prepare();
+            FaultyRun run = {"nothing", 0, {}};
+            module()->log_mask = 3;
+            sim::faults::fail_any(number, of);
+            for (const std::string &line : messages_of([&] { run.status = call(); }))
+                run.lines.push_back(
+                    std::regex_replace(line, std::regex("RTE Error: injected fault"), "RTE"));
+            if (!sim::faults::fired().empty())
+                run.failed = sim::faults::fired().front();
+            sim::faults::clear();
+            module()->log_mask = 0;
+            SCOPED_TRACE(run.failed + " failed, call " + std::to_string(number));
+            settle(run);
+            if (run.failed == "nothing")
+                return number - 1;
+            faults_injected++;
+        }
+    }
+    void begin()
+    {
+        sim::reset();
+        host_ = std::make_unique<sim::Host>();
+    }
+    void end()
+    {
+        EXPECT_EQ(sim::misuse(), std::vector<std::string>{});
+        EXPECT_EQ(sim::lock_depth(host_->lock()), 0u);
+    }
+
+    std::unique_ptr<sim::Host> host_;
+};
+
+// A module that has started, with all masks 0.
+class ModuleTest : public HostTest {
+  protected:
+    ModuleTest() { EXPECT_EQ(ovk_ethernet_init(module()), 0u); }
+
+    eth_tree_info &tree(ovk_eth_tree index) { return ovk::tree_of(module(), index); }
 };
 
 } // namespace test

@@ -5,11 +5,10 @@
 
 namespace {
 
+using namespace test;
 using std::string;
-using test::hex;
-using test::numbered;
 
-class SwitchPort : public test::InterfaceTest {
+class SwitchPort : public ModuleTest {
   protected:
     using writer = std::function<u32(u32 port)>;
     template <class... Given, class... Args>
@@ -48,7 +47,7 @@ TEST_F(SwitchPort, WriterChangesItsFieldsAlone)
         return "parsing_options = " + numbered(16, {{3, 1}, {4, 1}, {12, discard}}) + ' ';
     };
     const auto check = [&](const writer &write, const string &expected) {
-        EXPECT_EQ(test::changes(host(), [&] { return write(0x11); }), expected);
+        EXPECT_EQ(changes(host(), [&] { return write(0x11); }), expected);
     };
     const string rest = string(30, '0') + "01010000 "; // written without a read
     EXPECT_EQ(attr(7, 0)(0x11), 0u);
@@ -99,12 +98,8 @@ TEST_F(SwitchPort, WriterSaysWhatItDoesAndStopsAtItsFirstFailure)
                  ingress = "Configuring ingress options" + port;
     // What it says it does, and what when each of its steps fails.
     const auto check = [&](const writer &write, const string &hw, const string &failures) {
-        string said;
-        module()->log_mask = OVK_ETHERNET_LOG_HW;
-        for (const string &line : test::messages_of([&] { (void)write(0x11); }))
-            said += line.substr(line.find("hw] ") + 4) + '|';
-        module()->log_mask = 0;
-        EXPECT_EQ(said, hw);
+        const string said = told(OVK_ETHERNET_LOG_HW, [&] { return write(0x11); });
+        EXPECT_EQ(std::regex_replace(said, std::regex("hw\\] (.*)\n"), "$1|"), hw);
         EXPECT_EQ(faults_of([&] { return write(0x11); }, [&] { (void)enter(0x11); }),
                   "32522 ovk_sys_mac_channel_id_get failed" + port + failures);
         const string before = host().image();
@@ -137,24 +132,24 @@ TEST_F(SwitchPort, WriterSaysWhatItDoesAndStopsAtItsFirstFailure)
 
 TEST_F(SwitchPort, AgingGoesToTheSwitchInStepsAndToTheClassifierInSeconds)
 {
-    ovk_eth_intf *port = test::make_port(module(), 0x11, 2), *second = test::make_port(module(), 0x12, 2);
-    test::HandMadeAggregate aggregate(module(), 0, 2, {port, second});
+    ovk_eth_intf *port = make_port(module(), 0x11, 2), *second = make_port(module(), 0x12, 2);
+    HandMadeAggregate aggregate(module(), 0, 2, {port, second});
     ovk_eth_intf subif = *port, *const aggr = aggregate.handle();
     subif.if_type = INTERFACE_TYPE_VLAN;
     subif.if_id = 0x6421;
     // What the switch has for both ports, and the rule of an interface.
-    const auto told = [&](u32 number) {
+    const auto aged = [&](u32 number) {
         const auto steps = [&](u32 channel) {
             return sim::switch_port(host().rte(), channel).bridge_attrs.max_age;
         };
-        return test::printed("%u %u ", steps(KOR_GMAC17), steps(KOR_GMAC18)) +
+        return printed("%u %u ", steps(KOR_GMAC17), steps(KOR_GMAC18)) +
                answer("MAC_aging_timer", {{number, 8}});
     };
     const auto check = [&](u32 minutes, u32 steps, u32 seconds) {
         EXPECT_EQ(set_age(port, minutes), 0u);
-        EXPECT_EQ(told(0x11), test::printed("%u 62 data 0x%x 0x80", steps, seconds));
+        EXPECT_EQ(aged(0x11), printed("%u 62 data 0x%x 0x80", steps, seconds));
     };
-    EXPECT_EQ(told(0x11), "62 62 data 0x12c 0x0");
+    EXPECT_EQ(aged(0x11), "62 62 data 0x12c 0x0");
     check(1, 12, 60);
     check(4, 48, 240);
     check(5, 62, 300);
@@ -162,10 +157,9 @@ TEST_F(SwitchPort, AgingGoesToTheSwitchInStepsAndToTheClassifierInSeconds)
     check(61, 62, 3660);
     check(2, 24, 120);
     EXPECT_EQ(set_age(aggr, 4), 0u);
-    EXPECT_EQ(told(0x80), "48 48 data 0xf0 0x80");
-    EXPECT_EQ(told(0x11), "48 48 data 0x78 0x80"); // the port's own rule stays
-    EXPECT_EQ(test::changes(host(), [&] { return set_age(&subif, 1); }),
-              "+ rule 0x21/8 -> data 0x3c 0x80 ");
+    EXPECT_EQ(aged(0x80), "48 48 data 0xf0 0x80");
+    EXPECT_EQ(aged(0x11), "48 48 data 0x78 0x80"); // the port's own rule stays
+    EXPECT_EQ(changes(host(), [&] { return set_age(&subif, 1); }), "+ rule 0x21/8 -> data 0x3c 0x80 ");
 
     const string range = "Mac aging timer should be greater than 0 and less than 62",
                  before = host().image();
@@ -178,18 +172,12 @@ TEST_F(SwitchPort, AgingGoesToTheSwitchInStepsAndToTheClassifierInSeconds)
     sim::faults::fail("kor_gatr_switch_bridge_port_attrs_set", 2);
     expect([&] { return set_age(aggr, 2); }, 137,
            rte + "kor_gatr_switch_bridge_port_attrs_set() Failed" + operation);
-    EXPECT_EQ(told(0x80), "24 48 data 0xf0 0x80");
+    EXPECT_EQ(aged(0x80), "24 48 data 0xf0 0x80");
     sim::faults::fail("kor_ptn_learn");
     expect([&] { return set_age(&subif, 1); }, 64,
            rte + "Failed to learn the input pattern|Failed to update LPM Tree" + operation);
-    EXPECT_EQ(
-        test::messages_of([&] { EXPECT_EQ(ovk_ethernet_mac_aging_timer_config(nullptr, port, 0), 1u); }),
-        test::no_module("Failed to get the port for interface handle " + hex(port)));
-    module()->log_mask = 15;
-    EXPECT_EQ(
-        test::messages_of([&] { (void)set_age(port, 1); }),
-        test::Lines{"[ovk_ethernet_log: info] Configured the MAC aging timer value on Interface handle " +
-                    hex(port)});
+    EXPECT_EQ(told(15, [&] { return set_age(port, 1); }),
+              "info] Configured the MAC aging timer value on Interface handle " + hex(port) + '\n');
 }
 
 } // namespace

@@ -9,9 +9,9 @@
 
 namespace {
 
-using test::Lines;
+using namespace test;
 
-class Threads : public test::HostTest {};
+class Threads : public HostTest {};
 
 TEST_F(Threads, CallsFailUntilInitialisationHasSucceeded)
 {
@@ -35,7 +35,7 @@ TEST_F(Threads, CallsFailUntilInitialisationHasSucceeded)
         };
         if (fails) // in its last step
             sim::faults::fail("kor_gatr_switch_bridge_entry_learn");
-        test::lines_of([&] { // a refused call prints at any mask
+        lines_of([&] { // a refused call prints at any mask
             std::vector<std::jthread> threads;
             for (u32 number = 0; number < callers; number++)
                 threads.emplace_back(caller, number);
@@ -116,9 +116,9 @@ TEST_F(Threads, PortsComeAndGoBesideEachOther)
     const size_t memory = sim::heap::live_bytes();
     std::atomic<u32> won = 0;
     const auto work = [&](u32 number) {
-        const auto own = test::port_attrs(number, 2), contested = test::port_attrs(0x20, 4);
+        const auto own = port_attrs(number, 2), contested = port_attrs(0x20, 4);
         for (u32 round = 0; round < 40; round++) {
-            ovk_ethernet_if_handle port = nullptr, prize = nullptr;
+            handle port = nullptr, prize = nullptr;
             ovk_eth_port_stats stats;
             EXPECT_EQ(ovk_ethernet_interface_create(module(), &own, &port), 0u);
             EXPECT_EQ(ovk_ethernet_vlan_id_add(module(), port, round, 5), 0u);

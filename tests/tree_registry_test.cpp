@@ -7,41 +7,15 @@
 
 #include "ovk_eth_hw/tree_registry.h"
 #include "ovk_eth_hw_helper/rule_engine.h"
-#include "ovk_sif.h"
 
 namespace {
 
-using test::failure;
-using test::Lines;
+using namespace test;
 
-// The trees with a database, and what their sizing lines tell.
-struct SizedTree {
-    const char *name;
-    u32 width;
-    u32 expected_entries = 0;
-    u32 sized_large = 0;
-};
-constexpr SizedTree sized_trees[] = {
-    {"Vlan_Assignment_Ext_Tree", 60},
-    {"Multicast_Lookup", 63, 32},
-    {"Ctag_Stag_Map", 68},
-    {"Lookup_flow_id", 85, 60000, 1},
-    {"Dest_Mac_Index_Lookup", 48, 64, 1},
-    {"Lookup_flow_id_optimized", 28, 60000, 1},
-    {"Lookup_CPU_flow", 52, 64, 1},
-    {"Lookup_Policing_Policy", 84},
-    {"Lookup_Intf_PCP_Policing_Policy", 24},
-    {"Lookup_Egress_flow_id", 92, 32, 1},
-    {"Priority_Map_Lookup", 28, 1152},
-    {"Port_Priority_Map_Lookup", 16, 18},
-    {"L2CP_Priority_Map_Lookup", 32},
-    {"QoS_policy_lookup", 23, 576},
-    {"Port_QoS_policy_lookup", 11, 9},
-};
 constexpr u32 multicast = 23;
 
-class TreeRegistry : public test::HostTest {};
-class LiveTreeRegistry : public test::ModuleTest {};
+using TreeRegistry = HostTest;
+using LiveTreeRegistry = ModuleTest;
 
 TEST_F(LiveTreeRegistry, RecordsAgreeWithTheClassifiersProgramme)
 {
@@ -91,43 +65,18 @@ TEST_F(LiveTreeRegistry, RecordsAgreeWithTheClassifiersProgramme)
     EXPECT_TRUE(std::includes(names.begin(), names.end(), trees.begin(), trees.end()));
 }
 
-TEST_F(TreeRegistry, StartTellsTheSizesOfTheDatabases)
-{
-    Lines expected;
-    for (const SizedTree &row : sized_trees) {
-        u32 size = 0;
-        u32 optimized = 0;
-        ASSERT_EQ(ovk_sif_max_subnet_entry_sz_get(row.width, row.sized_large, &size, &optimized), 0u);
-        const std::string name = row.name;
-        const u32 count = row.expected_entries;
-        expected.push_back("[ovk_ethernet_log: info] ovk_ethernet." + name + ": Width " +
-                           std::to_string(row.width) + ", Expected Entries " + std::to_string(count));
-        expected.push_back("\t Subnet Size " + std::to_string(size * count) + ", Optimized Subnet Size " +
-                           std::to_string(optimized * count));
-    }
-    module()->log_mask = 15;
-    Lines lines = test::messages_of([&] { EXPECT_EQ(ovk_ethernet_init(module()), 0u); });
-    std::erase_if(lines, [](const std::string &line) {
-        return line.find(": Width ") == std::string::npos && line[0] != '\t';
-    });
-    EXPECT_EQ(lines, expected);
-}
-
 TEST_F(TreeRegistry, IndexThatIsNoneIsRefusedAndClearsTheDumpGroupsAlone)
 {
-    module()->log_mask = 3;
     for (const u32 index : {0u, 70u, ~0u}) {
         auto before = std::make_unique<eth_tree_info>();
         std::memset(static_cast<void *>(before.get()), 0xA5, sizeof *before);
         auto info = std::make_unique<eth_tree_info>(*before);
-        EXPECT_EQ(test::messages_of(
-                      [&] { EXPECT_EQ(ovk_eth_get_xgr_tree_info(module(), index, info.get()), 8u); }),
-                  failure("Invalid XGR function", 8));
+        expect([&] { return ovk_eth_get_xgr_tree_info(module(), index, info.get()); }, 8,
+               "Invalid XGR function");
         before->dump_groups = 0;
         EXPECT_EQ(std::memcmp(info.get(), before.get(), sizeof *info), 0);
-        EXPECT_EQ(test::messages_of(
-                      [&] { EXPECT_EQ(ovk_ethernet_update_tree_info(module(), index, info.get()), 8u); }),
-                  failure("Invalid XGR Tree function " + std::to_string(static_cast<int>(index)), 8));
+        expect([&] { return ovk_ethernet_update_tree_info(module(), index, info.get()); }, 8,
+               printed("Invalid XGR Tree function %d", static_cast<int>(index)));
         EXPECT_EQ(std::memcmp(info.get(), before.get(), sizeof *info), 0);
         // A good one replaces the stale address and nothing else.
         EXPECT_EQ(ovk_ethernet_update_tree_info(module(), multicast, info.get()), 0u);
@@ -142,8 +91,7 @@ TEST_F(TreeRegistry, EachFailedStepHasItsStatusAndTakesTheTemporaryPatternBack)
     const std::string rte = "RTE Error: injected fault, Failed to ";
     const struct {
         const char *fault;
-        u32 nth;
-        u32 status;
+        u32 nth, status;
         std::string message;
         u32 patterns; // live afterwards
         bool has_database;
@@ -154,17 +102,14 @@ TEST_F(TreeRegistry, EachFailedStepHasItsStatusAndTakesTheTemporaryPatternBack)
         {"kor_subnet_add_subnet", 1, 60, rte + "add default input pattern to subnet", 1, true},
         {nullptr, 0, 0, "", 1, true},
     };
-    module()->log_mask = 3;
     for (const auto &at : cases) {
-        SCOPED_TRACE(at.message);
         eth_tree_info info = {};
         const size_t patterns = sim::live_patterns();
         if (at.fault != nullptr)
             sim::faults::fail(at.fault, at.nth);
-        EXPECT_EQ(test::messages_of(
-                      [&] { EXPECT_EQ(ovk_eth_get_xgr_tree_info(module(), multicast, &info), at.status); }),
-                  at.status != 0 ? failure(at.message, at.status) : Lines{});
-        EXPECT_EQ(sim::live_patterns() - patterns, at.patterns);
+        expect([&] { return ovk_eth_get_xgr_tree_info(module(), multicast, &info); }, at.status,
+               at.message);
+        EXPECT_EQ(sim::live_patterns() - patterns, at.patterns) << at.message;
         EXPECT_EQ(info.subnet_db != 0, at.has_database);
     }
 }
