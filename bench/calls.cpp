@@ -28,8 +28,10 @@ u32 bench::begin(ovk_module *module)
 
     u32 rc = ovk_ethernet_init(module);
     rc += ovk_ethernet_interface_create(module, &attrs, &handle);
+    if (rc != 0)
+        return rc;
     live_port = *handle;
-    rc += ovk_ethernet_interface_delete(module, handle);
+    rc = ovk_ethernet_interface_delete(module, handle);
     attrs.if_num = trunk_port;
     return rc + ovk_ethernet_interface_create(module, &attrs, &trunk);
 }

@@ -62,8 +62,8 @@ typedef struct ovk_ethernet_svi_data {
 
 /*
  * Takes a port into service. `attrs` is copied. On success `*if_handle` is the interface's handle; on any
- * failure behind the null checks it is 0, but for OVK_E_LOCK_RELEASE, after which it is the handle of the
- * interface that was made.
+ * failure behind the null checks it is 0, but for OVK_E_LOCK_RELEASE, after which it is the handle if the
+ * interface was made.
  *
  * Status: 0;
  *   KOR_E_INVALID_ARGUMENT (8)                `attrs` or `if_handle` is null; returns at once
@@ -90,8 +90,10 @@ OVK_ETHERNET_API u32 ovk_ethernet_interface_create(ovk_module *module, const ovk
  * OVK_ETHERNET_E_INCONSIST_IF_STATE (the port's owner is another record); the status of the step that
  * failed, as for create; that of receiver and transmitter is the sum of both.
  *
+ * VLANs, egress rules and ageing that weren't taken down pass to the port's next owner.
+ *
  * A failure behind the checks leaves the handle alive, the earlier steps done and the port's VLAN table
- * freed: the call must not be repeated on it.
+ * freed: neither this call nor one on its VLANs may be made on it again.
  */
 OVK_ETHERNET_API u32 ovk_ethernet_interface_delete(ovk_module *module, ovk_ethernet_if_handle if_handle);
 

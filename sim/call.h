@@ -22,7 +22,7 @@
 namespace sim {
 
 enum class Group : u8 {
-    read,  /* those that clear what they read too */
+    read,  /* those that clear what they read too, and a wait */
     write, /* changes a chip's or the host's state */
     pattern,
     heap,

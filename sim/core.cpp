@@ -151,6 +151,7 @@ void Call::misused(const Misuse &what)
 std::vector<std::string> misuse()
 {
     const Guard guard;
+    check_freed_blocks();
     return world().misuse;
 }
 

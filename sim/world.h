@@ -103,6 +103,7 @@ struct Block {
     std::unique_ptr<void, FreeBlock> memory;
     std::size_t size = 0;
     u64 number = 0; /* of all blocks since the last reset */
+    u64 sum = 0;    /* of its bytes, when it was freed */
 };
 
 struct Heap {
@@ -172,6 +173,7 @@ bool brings_namespace(std::string_view name);
 bool has_pipeline(std::string_view name); /* pipelines.cpp */
 std::string pipeline_name(u32 number);    /* as in FlowData; pipelines.cpp */
 void lock_init(kor_sem &lock);            /* lock.cpp */
+void check_freed_blocks();                /* that nobody has written to them; heap.cpp */
 void traces_reset();                      /* log.cpp */
 
 /* MAC channels; channels.cpp, and port_image.cpp for the last. */

@@ -74,16 +74,6 @@ inline FaultOutcome fault_outcome(const std::string &failed)
         {"kor_gatr_switch_bridge_entry_unlearn", 154},
     };
     // clang-format on
-    // A start, the only call so far, needs its object but no bucket. (Nodes lie beyond a sweep.) It calls
-    // a failure of a tree's own pattern, not of the one behind the making of its database, want of memory.
-    const auto count = [](const char *operation) { return sim::journal::count(operation); };
-    if (count("ovk_sys_sem_lock_wait") == 1) {
-        if (failed == "kor_nvm_calloc" && count("kor_nvm_calloc") > 1)
-            return {"", ignored};
-        if (failed == "ovk_ptn_new" &&
-            count("kor_subnet_create") == count("ovk_sif_max_subnet_entry_sz_get"))
-            return {"", 18};
-    }
     for (const FaultOutcome &row : outcomes)
         if (failed.starts_with(row.operation))
             return row;

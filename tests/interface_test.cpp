@@ -406,6 +406,11 @@ TEST_F(Interface, FailedCreateTakesBackTheRecordAlone)
     EXPECT_EQ(sim::ids_in_use(host().rte(), "interface_ids").size(), 1u);
     EXPECT_EQ(answer("Lookup_destMAC", {{0x020000000011, 48}}), "value 0x111");
     EXPECT_EQ(sim::port(host().rte(), number).tx, 1u);
+    sim::faults::fail("ovk_sif_netDriver_demux_add");
+    sim::faults::fail("kor_sem_post"); // whose status hides the first
+    EXPECT_EQ(create(port_attrs(number, trunk)), 0x100A5u);
+    EXPECT_EQ(port_, nullptr);
+    EXPECT_EQ(kor_sem_post(host().lock()), 0u);
 }
 
 TEST_F(Interface, FailedDeleteStopsAndKeepsTheRecord)

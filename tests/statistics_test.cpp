@@ -27,6 +27,10 @@ constexpr char interface_names[] =
     "HSW MAC Evicted Msgs|No BVI Encap SMAC|No BVI Encap Proto|Loop Back Failure|Rx Unexpected Dest MAC|Rx Error UCAST|"
     "Rx Error MCAST|Rx Error BCAST|Bad Length Pkts|Rx 802.3 Pkts Not Supported|IEEE 802.3 Dropped bytes|"
     "Rx 802.3 Pkts Exception|BVI SRC MAC|No Mirror Port|HSW Error Pkts|";
+constexpr char l2_names[] =
+    "rx_bytes|rx_ucast|rx_mcast_pkts|rx_bcast_pkts|rx_errors|rx_unknown_proto|rx_alignment|rx_fcs_errors|rx_too_long|"
+    "rx_mac_control|rx_invalid_symbol|rx_mac_errors|rx_unknown_vlan|rx_discards|tx_bytes|tx_pkts|tx_mcast_pkts|"
+    "tx_bcast_pkts|";
 constexpr char global_names[] =
     "Packets On Unknown Interface|Invalid Encap Type|Static MAC Entry Unknown|CPU Path Params Unknown|hash Operation Failures|"
     "Stopping Expired Timers|Number of Hash Entries Added|Number of Packets sent to PH|Number of Packets sent to BDL|"
@@ -183,7 +187,7 @@ TEST_F(Statistics, InterfaceAndGlobalCountersComeOutOfNetworkOrder)
     for (const u32 kind : {INTERFACE_TYPE_VLAN, INTERFACE_TYPE_SWITCH_VIRTUAL}) {
         ovk_eth_intf other = *port_;
         other.if_type = kind;
-        EXPECT_EQ(get(&other, &stats), 0u);
+        EXPECT_EQ(told(15, [&] { return get(&other, &stats); }), "");
     }
     count(ns_id, 232, true);
     count(global_id, 92, true);
@@ -229,8 +233,29 @@ TEST_F(Statistics, LayerTwoCountersAreWhatTheClassifierDidntDrop)
         for (const auto &[found, expected] : counters)
             EXPECT_EQ(found, expected);
     }
-    EXPECT_EQ(lines_of([&] { ovk_ethernet_l2_interface_statistics_print(module(), port_); }).at(1),
-              "Ethernet L2 Interface Stats: (Drop counters with zero count not shown):");
+    for (const bool zeros : {false, true}) {
+        if (zeros) {
+            sim::mac_counters_set(host().rte(), KOR_GMAC17, {}, {});
+            count(port_->stats_ns_id, 232, true);
+        }
+        ovk_eth_l2_stats l2;
+        EXPECT_EQ(get(port_, &l2), 0u);
+        Lines expected = {"", "Ethernet L2 Interface Stats: (Drop counters with zero count not shown):"};
+        std::istringstream names(l2_names);
+        size_t offset = 0;
+        for (string name; std::getline(names, name, '|');) {
+            const size_t size = offset < 32 || offset >= 72 ? 8 : 4; // traffic, and what was dropped
+            u64 value = 0;
+            std::memcpy(&value, reinterpret_cast<const u8 *>(&l2) + offset, size);
+            if (value != 0 || size == 8)
+                expected.push_back(line(name + ':', "%10llu", 27, value));
+            offset += size;
+        }
+        EXPECT_EQ(
+            lines_of([&] { EXPECT_EQ(ovk_ethernet_l2_interface_statistics_print(module(), port_), 0u); }),
+            expected);
+        EXPECT_EQ(expected.size(), zeros ? 10u : 20u);
+    }
 }
 
 TEST_F(Statistics, RefusalsAndFailedReadsAreReported)

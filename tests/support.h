@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -192,7 +193,8 @@ class HandMadeAggregate {
     ~HandMadeAggregate()
     {
         for (ovk_eth_intf *member : members_)
-            own(*member, 0, nullptr);
+            if (ovk_eth_valid_if_handle(member))
+                own(*member, 0, nullptr);
         object_.aggr_in_use[slot_] = 0;
         object_.port_owner_table[record_.if_id] = nullptr;
         object_.aggr_vlan_table[slot_] = nullptr;
@@ -325,15 +327,19 @@ class HostTest : public testing::Test {
         return out;
     }
     // The same runs, held against fault_outcome(); `settle` comes behind each, with the operation that
-    // failed and whether the call did its work. Gives the number of faults.
+    // failed and whether the call did its work. `own_status` goes before the table. Gives the number of
+    // faults.
     u32 sweep(const std::string &name, const std::function<u32()> &call,
               const std::function<void()> &prepare,
               const std::function<void(const std::string &, bool)> &settle,
-              const sim::faults::Sweep &of = {})
+              const sim::faults::Sweep &of = {},
+              const std::function<std::optional<u32>(const std::string &)> &own_status = {})
     {
         SCOPED_TRACE(name);
         const auto check = [&](const FaultyRun &run) {
-            const FaultOutcome expected = fault_outcome(run.failed);
+            FaultOutcome expected = fault_outcome(run.failed);
+            if (const auto status = own_status ? own_status(run.failed) : std::nullopt)
+                expected = {"", *status};
             EXPECT_EQ(run.status, expected.status);
             EXPECT_TRUE(*expected.cause == 0 ||
                         std::regex_search(run.lines.at(0), std::regex(expected.cause)))

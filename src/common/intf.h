@@ -22,7 +22,8 @@ inline constexpr u32 OVK_ETH_BRIDGE_GROUPS = 64;
 inline constexpr u32 OVK_ETH_VLAN_IDS = 4096;        // IEEE 802.1Q; 0 stands for untagged traffic
 inline constexpr u16 OVK_ETH_VLAN_ETH_TYPE = 0x8100; // IEEE 802.1Q C-tag, until a port is given others
 
-// Bits of the flags words.
+// Bits of the flags words. The lowest are the interface's id.
+inline constexpr u32 OVK_ETH_FWD_MODE_SHIFT = 8;        // both, three bits
 inline constexpr u32 OVK_ETH_LLC_SNAP_BIT = 0x10000;    // outif_flags
 inline constexpr u32 OVK_ETH_FLOW_FILTER_BIT = 0x20000; // both
 inline constexpr u32 OVK_ETH_POLICY_SHIFT = 19;         // inif_flags: the VLAN assignment policy, unmasked

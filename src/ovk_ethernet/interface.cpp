@@ -91,7 +91,7 @@ u32 take_counters(ovk_module *module, ovk_eth_intf &port)
 u32 add_identity(ovk_module *module, ovk_eth_intf &port)
 {
     const ovk_ethernet_intf_attrs &attrs = port.phy.attrs;
-    const u32 flags = attrs.if_num + (attrs.fwd_mode * 256) + OVK_ETH_FLOW_FILTER_BIT;
+    const u32 flags = attrs.if_num + (attrs.fwd_mode << OVK_ETH_FWD_MODE_SHIFT) + OVK_ETH_FLOW_FILTER_BIT;
 
     port.inif_flags = flags;
     OVK_TRY(
@@ -231,8 +231,10 @@ u32 create(ovk_module *module, const ovk_ethernet_intf_attrs &attrs, ovk_etherne
     return bring_up(module, *port);
 }
 
-// Most of what create did, in another order. It leaves the adapter's and the switch's settings, the port's
-// record in state memory and its home keys.
+// Most of what create did, in another order. It leaves what the adapter was told (pipelines, tag, filters,
+// source address), the switch's parsing, ACL and multicast settings of the port, the record in state memory
+// at the id of its flow information, and the hash keys that it last had in aggregates. Nor does it know of
+// what came after create: VLANs, egress rules and ageing stay and pass to the port's next owner.
 u32 take_down(ovk_module *module, ovk_eth_intf &port)
 {
     ovk_eth_module_object &object = ovk::object_of(module);
@@ -240,7 +242,7 @@ u32 take_down(ovk_module *module, ovk_eth_intf &port)
     const u32 if_id = port.if_id;
     const u8 *mac = port.phy.attrs.src_mac;
 
-    // The table's pointer stays, so a delete that fails from here on must not be repeated.
+    // The table's pointer stays: when a delete fails from here on, nothing may touch the port's VLANs again.
     kor_nvm_free(object.hsw_port_vlan_table[port.hsw_if_id]);
     if (const u32 rc = ovk_sys_interface_id_free(module->parent, port.stats_ns_id))
         return OVK_FAIL(module, rc, "Failed to free Stats NS ID for interface %d\n", if_id);
@@ -268,9 +270,10 @@ u32 take_down(ovk_module *module, ovk_eth_intf &port)
     const ovk_sif_demux_entry entry = demux_entry(object, port);
     if (const u32 rc = ovk_sif_netDriver_demux_remove(module->parent, &entry))
         return demux_failed(module, rc);
+    const u32 handle = word(&port);
     bury(&port);
     object.port_owner_table[if_num] = nullptr;
-    OVK_INFO(module, "Deleted interface 0x%08x\n", word(&port));
+    OVK_INFO(module, "Deleted interface 0x%08x\n", handle);
     return KOR_OK;
 }
 

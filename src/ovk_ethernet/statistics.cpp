@@ -125,9 +125,8 @@ u32 ovk_ethernet_interface_statistics_get(ovk_module *module, ovk_ethernet_if_ha
             if (if_handle->if_type < INTERFACE_TYPE_PHY || if_handle->if_type > INTERFACE_TYPE_AGGR)
                 return OVK_FAIL(module, OVK_ETHERNET_E_INVALID_IF_TYPE, "Invalid Interface type %s\n",
                                 ovk_eth_intf_type_name(if_handle->if_type));
-            OVK_TRY(ovk_eth_if_stats_get(module, if_handle->stats_ns_id, stats));
-            OVK_INFO(module, "Retrieved the interface stats for interface 0x%08x\n", word(if_handle));
-            return KOR_OK;
+            // Unlike its siblings it has no line for success.
+            return ovk_eth_if_stats_get(module, if_handle->stats_ns_id, stats);
         });
 }
 

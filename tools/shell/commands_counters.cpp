@@ -194,7 +194,10 @@ Parameter counter_words()
 void counters_set(Session &s, const Arguments &a)
 {
     const kor_rte rte = s.host.rte();
-    const u32 channel = s.channel(a.text("NAME"));
+    const std::string &name = a.text("NAME");
+    const u32 channel = s.channel(name);
+    if (s.interfaces.at(name).dead)
+        throw Failure(quoted(name) + " is deleted");
     sim::Port port = sim::port(rte, channel);
     ovk_eth_port_stats stats = counted(port);
     std::map<u32, std::vector<u8>> words; // of the classifier, in network order

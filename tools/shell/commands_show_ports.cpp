@@ -64,7 +64,9 @@ std::optional<u32> flags_of(const Session &s, const char *tree, u32 key)
 
 std::string mode_text(u32 flags)
 {
-    return forwarding_modes.text(flags >> 8 & 0xFF);
+    constexpr u32 shift = 8;
+    constexpr u32 mask = 7;
+    return forwarding_modes.text(flags >> shift & mask);
 }
 
 const char *bit_text(const std::optional<u32> &flags, u32 bit, const char *clear = "off",
@@ -171,7 +173,11 @@ void show_port(Session &s, const Arguments &a)
     const sim::SwitchPort switch_port = sim::switch_port(s.host.rte(), channel);
     const auto flags = flags_of(s, "Map_Output_Port_NameSpace_Id", interface.number);
     const auto index = switch_port.logical_port;
-    Table table({"Port", name + (interface.dead ? " (deleted: this is left in the chip)" : "")});
+    const std::string owner = port_name(s, channel);
+    Table table({"Port", !interface.dead ? name
+                         : owner == sim::channel_name(channel)
+                             ? name + " (deleted: this is left in the chip)"
+                             : name + " (deleted: the port is now " + owner + ")"});
     table.add(
         {"Number", format("0x%02x, channel %s, ", interface.number, sim::channel_name(channel).c_str()) +
                        (index ? format("index %u in the switch", *index) : "not in the switch")});
