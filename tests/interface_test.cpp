@@ -428,6 +428,11 @@ TEST_F(Interface, FailedDeleteStopsAndKeepsTheRecord)
     EXPECT_EQ(create(port_attrs(0x14, trunk)), 0u);
     sim::faults::fail_always("kor_gatr_port_enable_set");
     EXPECT_EQ(remove(), 2 * sim::status_injected);
+    sim::faults::clear();
+    EXPECT_EQ(sim::misuse(), Lines{});
+    EXPECT_EQ(ovk_ethernet_vlan_id_add(module(), port_, 7, 5), 0u); // into the table that is freed
+    EXPECT_TRUE(sim::misuse().at(0).ends_with("was written after it was freed"));
+    sim::misuse_clear();
 }
 
 TEST_F(Interface, WritersTakePrefixesAggregatesAndTwoPipelines)

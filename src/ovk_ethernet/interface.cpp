@@ -242,7 +242,7 @@ u32 take_down(ovk_module *module, ovk_eth_intf &port)
     const u32 if_id = port.if_id;
     const u8 *mac = port.phy.attrs.src_mac;
 
-    // The table's pointer stays: when a delete fails from here on, nothing may touch the port's VLANs again.
+    // The table's pointer stays: when a delete fails from here on, nothing may touch the port's VLANs.
     kor_nvm_free(object.hsw_port_vlan_table[port.hsw_if_id]);
     if (const u32 rc = ovk_sys_interface_id_free(module->parent, port.stats_ns_id))
         return OVK_FAIL(module, rc, "Failed to free Stats NS ID for interface %d\n", if_id);
